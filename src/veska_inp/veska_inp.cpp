@@ -1,0 +1,3 @@
+#include "veska_inp.h"
+
+void VeskaInp::set_varables_default() {}
