@@ -92,11 +92,6 @@ std::string usage_text(const std::string& p)
     return u + "\n";
 }
 
-const char* const terse_lat_cutoff = "  lat_cutoff      = 4       ! for neighbor list construction";
-const char* const verbose_lat_cutoff = "  lat_cutoff      = 4      ! for neighbor list construction";
-const char* const new_crystal_default = "  crystal         = naphthalene.cif";
-const char* const new_mol_default = "  molecule        = 2 mol1.mol mol2.mol\n";
-
 class Command : public ScratchDirTest {};
 
 }  // namespace

@@ -7,8 +7,8 @@
 
 #include <string>
 
-// Terse veska.inp, input kind 2, no CIF file in the directory.
-inline const std::string golden_terse = R"(&transport
+// Lines 1 to 19 of every veska.inp layout.
+inline const std::string golden_block_start = R"(&transport
   do_transport_prepare              = 1
   do_transport_submit_HL_job        = 1
   do_transport_get_transferintegral = 1
@@ -27,7 +27,10 @@ inline const std::string golden_terse = R"(&transport
   # Job Scheduling
   sched_type      = pbs    ! pbs, slurm, lsf, or local
   queue_name      = workq
+)";
 
+// Lines 20 to 39 of the terse and the verbose layouts.
+inline const std::string golden_starting_middle = R"(
   compute_engine  = 1      ! 1 = Gaussian, 2 = ORCA, 3 = QCHEM
   qc_exe          = g09    ! g09/g16 or fullpath/orca or qchem
 
@@ -47,7 +50,10 @@ inline const std::string golden_terse = R"(&transport
   end_temp        = 300
   delta_temp      = 50
 
-  ratetype        = quanta  ! macus or quanta
+)";
+
+// Terse veska.inp, input kind 2, no CIF file in the directory.
+inline const std::string golden_terse = golden_block_start + golden_starting_middle + R"(  ratetype        = quanta  ! macus or quanta
 
   lat_cutoff      = 4       ! for neighbor list construction
 
@@ -60,46 +66,7 @@ inline const std::string golden_terse = R"(&transport
 )";
 
 // Verbose veska.inp, input kind 2, no CIF file, empty adjustment lists, nmols 0.
-inline const std::string golden_verbose = R"(&transport
-  do_transport_prepare              = 1
-  do_transport_submit_HL_job        = 1
-  do_transport_get_transferintegral = 1
-  do_transport_submit_RE_job        = 1
-  do_transport_get_re_evc           = 1
-  do_transport_run_MC               = 1
-  do_transport_get_mob_MC           = 1
-  do_transport_run_MC_temp          = 0
-  do_transport_get_mob_MC_temp      = 0
-  do_transport_run_ME               = 0
-  do_transport_get_mob_ME           = 0
-  do_transport_run_ME_temp          = 0
-  do_transport_get_mob_ME_temp      = 0
-  do_transport_gather_veska_data    = 1
-
-  # Job Scheduling
-  sched_type      = pbs    ! pbs, slurm, lsf, or local
-  queue_name      = workq
-
-  compute_engine  = 1      ! 1 = Gaussian, 2 = ORCA, 3 = QCHEM
-  qc_exe          = g09    ! g09/g16 or fullpath/orca or qchem
-
-#  module_qc = gaussian/g09.e01
-
-  qc_method       = b3lyp
-  qc_basis        = b3lyp STO-3g
-  qc_basis_re     = b3lyp STO-3g
-  qc_memory       = 4096  ! MB
-  qc_nodes        = 1
-  qc_ppn          = 8
-
-  temp            = 300
-
-  # Temperature Dependence
-  start_temp      = 200
-  end_temp        = 300
-  delta_temp      = 50
-
-  chargetype      = a     ! e:electron, h:hole or a:all
+inline const std::string golden_verbose = golden_block_start + golden_starting_middle + R"(  chargetype      = a     ! e:electron, h:hole or a:all
   evc_type        = cart  ! cart or int
 
   lat_cutoff      = 4      ! for neighbor list construction
@@ -197,26 +164,7 @@ crystal         naphthalene.cif
 
 // Full-state veska.inp after the defaults on a fresh Transport: no module
 // flag, empty nodelist, array jobs on, empty veska_dat_file, input kind -1.
-inline const std::string golden_full = R"(&transport
-  do_transport_prepare              = 1
-  do_transport_submit_HL_job        = 1
-  do_transport_get_transferintegral = 1
-  do_transport_submit_RE_job        = 1
-  do_transport_get_re_evc           = 1
-  do_transport_run_MC               = 1
-  do_transport_get_mob_MC           = 1
-  do_transport_run_MC_temp          = 0
-  do_transport_get_mob_MC_temp      = 0
-  do_transport_run_ME               = 0
-  do_transport_get_mob_ME           = 0
-  do_transport_run_ME_temp          = 0
-  do_transport_get_mob_ME_temp      = 0
-  do_transport_gather_veska_data    = 1
-
-  # Job Scheduling
-  sched_type      = pbs    ! pbs, slurm, lsf, or local
-  queue_name      = workq
-  nodelist        = ""
+inline const std::string golden_full = golden_block_start + R"(  nodelist        = ""
   sched_job_array = 1
 
   qc_method       = b3lyp
@@ -290,5 +238,14 @@ inline const std::string golden_vector_lines =
     "  vector_b        =     0.000000     5.953000     0.000000\n"
     "  vector_c        =    -4.888095     0.000000     7.138882\n"
     "\n";
+
+// Lines that the variants edit: the lat_cutoff lines in front of which MOL
+// input puts the vectors, and the default input-kind lines.
+inline const char* const terse_lat_cutoff =
+    "  lat_cutoff      = 4       ! for neighbor list construction";
+inline const char* const verbose_lat_cutoff =
+    "  lat_cutoff      = 4      ! for neighbor list construction";
+inline const char* const new_crystal_default = "  crystal         = naphthalene.cif";
+inline const char* const new_mol_default = "  molecule        = 2 mol1.mol mol2.mol\n";
 
 #endif

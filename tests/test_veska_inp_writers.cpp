@@ -18,11 +18,6 @@ protected:
     }
 };
 
-const char* const terse_lat_cutoff = "  lat_cutoff      = 4       ! for neighbor list construction";
-const char* const verbose_lat_cutoff = "  lat_cutoff      = 4      ! for neighbor list construction";
-const char* const new_crystal_default = "  crystal         = naphthalene.cif";
-const char* const new_mol_default = "  molecule        = 2 mol1.mol mol2.mol\n";
-
 }  // namespace
 
 TEST_F(ConfigWriters, TerseDefaultStateAndAnnouncement)

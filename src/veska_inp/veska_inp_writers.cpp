@@ -208,6 +208,22 @@ void bond_and_adjustments(const VeskaInp& v, ConfigText& t)
     t.line("  lumo_adjustment =" + adjustment_values(v.lumo_adjustment, v.nmols));
 }
 
+// The Monte Carlo and master-equation sections, the bond factor and the
+// orbital adjustments, as the verbose and the full-state layouts have them.
+void runs_and_molecules(const VeskaInp& v, ConfigText& t, const char* tsimu_comment)
+{
+    mc_section(v, t, tsimu_comment);
+    t.blank();
+    me_section(v, t, false);
+    t.blank();
+    bond_and_adjustments(v, t);
+}
+
+void output_level_line(const VeskaInp& v, ConfigText& t)
+{
+    t.set("output_level", num(v.output_level), "          ! bit-wise setting: 0-base, 2-mob_all");
+}
+
 void unique_flags(const VeskaInp& v, ConfigText& t)
 {
     t.comment("# unique mol flags");
@@ -277,6 +293,15 @@ void starting_head(const VeskaInp& v, ConfigText& t)
     temp_and_scan(v, t);
 }
 
+// The input-kind line and the block end of a starting file, then the file.
+bool finish_starting_file(const VeskaInp& v, ConfigText& t, int input_kind, const char* path,
+                          bool in_data_dir)
+{
+    directory_tail(t, input_kind);
+    t.line("/");
+    return write_config_text(v, path, in_data_dir, true, t.out);
+}
+
 }  // namespace
 
 bool VeskaInp::write_veska_inp_terse(const char* path, int input_kind, bool in_data_dir)
@@ -290,9 +315,7 @@ bool VeskaInp::write_veska_inp_terse(const char* path, int input_kind, bool in_d
     t.blank();
     mc_lengths(*this, t, "    ! in ns");
     t.blank();
-    directory_tail(t, input_kind);
-    t.line("/");
-    return write_config_text(*this, path, in_data_dir, true, t.out);
+    return finish_starting_file(*this, t, input_kind, path, in_data_dir);
 }
 
 bool VeskaInp::write_veska_inp_verbose(const char* path, int input_kind, bool in_data_dir)
@@ -309,20 +332,14 @@ bool VeskaInp::write_veska_inp_verbose(const char* path, int input_kind, bool in
     t.blank();
     t.set("lat_site_energy", num(lat_site_energy), "  ! if calculate site energy");
     t.blank();
-    t.set("output_level", num(output_level), "          ! bit-wise setting: 0-base, 2-mob_all");
+    output_level_line(*this, t);
     t.blank();
     t.set("eckart_mirror", num(eckart_mirror));
     t.blank();
-    mc_section(*this, t, "    ! in ns");
-    t.blank();
-    me_section(*this, t, false);
-    t.blank();
-    bond_and_adjustments(*this, t);
+    runs_and_molecules(*this, t, "    ! in ns");
     unique_flags(*this, t);
     t.blank();
-    directory_tail(t, input_kind);
-    t.line("/");
-    return write_config_text(*this, path, in_data_dir, true, t.out);
+    return finish_starting_file(*this, t, input_kind, path, in_data_dir);
 }
 
 bool VeskaInp::write_veska_inp(const char* path, bool in_data_dir, bool verbose)
@@ -351,7 +368,7 @@ bool VeskaInp::write_veska_inp(const char* path, bool in_data_dir, bool verbose)
     t.set("lat_site_energy", num(lat_site_energy), "  ! if calculate lattice site energy");
     t.blank();
     t.set("veska_dat_file", veska_dat_file, "  ! default to veska-ratetype.dat");
-    t.set("output_level", num(output_level), "          ! bit-wise setting: 0-base, 2-mob_all");
+    output_level_line(*this, t);
     t.blank();
     t.set("eckart_mirror", num(eckart_mirror));
     t.blank();
@@ -359,11 +376,7 @@ bool VeskaInp::write_veska_inp(const char* path, bool in_data_dir, bool verbose)
     t.blank();
     golden_rule(*this, t, "  ! short-time approximation");
     t.blank();
-    mc_section(*this, t, "  ! in ns");
-    t.blank();
-    me_section(*this, t, false);
-    t.blank();
-    bond_and_adjustments(*this, t);
+    runs_and_molecules(*this, t, "  ! in ns");
     t.blank();
     unique_flags(*this, t);
     t.blank();
