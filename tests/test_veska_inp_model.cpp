@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <type_traits>
 
 #include "transport.h"
@@ -10,30 +9,6 @@
 static_assert(std::is_base_of_v<VeskaInp, Transport>);
 static_assert(std::is_base_of_v<FileIO, VeskaInp> && std::is_base_of_v<Jobscript, VeskaInp>);
 static_assert(!std::is_polymorphic_v<Transport>);
-
-TEST(VeskaInpModel, ConstructionValues)
-{
-    VeskaInp v;
-    EXPECT_EQ(v.nlines, 0);
-    EXPECT_TRUE(v.lines.empty());
-    EXPECT_EQ(v.compute_engine, 1);
-    EXPECT_EQ(v.qc_exe, "g09");
-    EXPECT_EQ(v.temp, 1.0);
-    EXPECT_EQ(v.ratetype, "");
-    EXPECT_EQ(v.chargetype, "");
-    EXPECT_EQ(v.evc_type, "");
-    EXPECT_EQ(v.qc_memory, 4096);
-    EXPECT_EQ(v.HL_unique_mol, 1);
-    EXPECT_EQ(v.RE_unique_mol, 1);
-    EXPECT_EQ(v.output_eigval, 0);
-    EXPECT_EQ(v.eckart_mirror, 0);
-    EXPECT_EQ(v.bond_dis_scale, 1.15);
-    EXPECT_EQ(v.data_dir, "data");
-    EXPECT_EQ(v.module_qc, "gaussian/g09.e01");
-    EXPECT_FALSE(v.module_gau_flag);
-    EXPECT_TRUE(v.sched_job_array);
-    EXPECT_EQ(v.scratch, "/tmp");
-}
 
 TEST(VeskaInpModel, TransportConstructionTakesUniqueFlagsFromConfiguration)
 {
@@ -121,35 +96,4 @@ TEST(VeskaInpModel, ComputeEngineSetsProgramName)
         EXPECT_EQ(v.get_compute_engine(), c.engine);
         EXPECT_EQ(v.qc_exe, c.exe);
     }
-}
-
-// The command tests run these cases end to end; here the library call alone,
-// since the configuration reader relies on it as well.
-TEST(VeskaInpModel, EnvironmentOverridesOnlyWhatIsSet)
-{
-    const char* names[] = {"VESKA_JOB_SCHED", "VESKA_JOB_QUEUE", "VESKA_QC_EXE",
-                           "VESKA_QC_NODES",  "VESKA_QC_PPN",    "VESKA_MODULE_QC"};
-    for (const char* n : names) unsetenv(n);
-    VeskaInp v;
-    v.set_varables_default();
-    v.set_compute_engine(3);
-    v.get_environment_variables();
-    EXPECT_EQ(v.qc_exe, "qchem");
-    EXPECT_EQ(v.sched_type, "pbs");
-    EXPECT_FALSE(v.module_gau_flag);
-
-    setenv("VESKA_QC_EXE", "/opt/qc/bin/qchem", 1);
-    setenv("VESKA_QC_NODES", "abc", 1);
-    setenv("VESKA_QC_PPN", " 16x", 1);
-    setenv("VESKA_MODULE_QC", "", 1);
-    setenv("VESKA_JOB_QUEUE", "", 1);
-    v.get_environment_variables();
-    EXPECT_EQ(v.qc_exe, "/opt/qc/bin/qchem");
-    EXPECT_EQ(v.run_nodes, 0);
-    EXPECT_EQ(v.run_ppn, 16);
-    EXPECT_TRUE(v.module_gau_flag);
-    EXPECT_EQ(v.module_qc, "");
-    EXPECT_EQ(v.queue_name, "");
-    EXPECT_EQ(v.sched_type, "pbs");
-    for (const char* n : names) unsetenv(n);
 }
