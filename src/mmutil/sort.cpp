@@ -52,27 +52,21 @@ void quickSort_d(double* keys, int* index, int n)
 }
 
 // Range [left, right] of the index; keys stay where they are. Two positions
-// close in on the key of the middle entry.
+// close in on the key of the middle entry, which keeps sorted and all-equal
+// input balanced.
 void q_sort2(double* keys, int* index, int left, int right)
 {
-    while (left < right) {
-        int i = left, j = right;
-        double pivot = keys[index[left + (right - left) / 2]];
-        while (i <= j) {
-            while (keys[index[i]] < pivot) ++i;
-            while (keys[index[j]] > pivot) --j;
-            if (i <= j) {
-                swap_int(&index[i], &index[j]);
-                ++i;
-                --j;
-            }
-        }
-        if (j - left < right - i) {
-            q_sort2(keys, index, left, j);
-            left = i;
-        } else {
-            q_sort2(keys, index, i, right);
-            right = j;
+    int i = left, j = right;
+    double pivot = keys[index[left + (right - left) / 2]];
+    while (i <= j) {
+        while (keys[index[i]] < pivot) ++i;
+        while (keys[index[j]] > pivot) --j;
+        if (i <= j) {
+            swap_int(&index[i], &index[j]);
+            ++i;
+            --j;
         }
     }
+    if (left < j) q_sort2(keys, index, left, j);
+    if (i < right) q_sort2(keys, index, i, right);
 }
