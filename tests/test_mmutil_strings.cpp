@@ -13,37 +13,41 @@ static std::string run_c(char* (*fn)(char*), const std::string& s)
     return fn(buf.data());
 }
 
-TEST(MmutilTrim, LeftAndRightSetsDiffer)
+TEST(MmutilTrim, CharacterSets)
 {
-    EXPECT_EQ(run(trim, " \tkey = v \r\n"), "key = v");
-    EXPECT_EQ(run(trim, "   "), "");
-    // Line ends are only removed on the right.
-    EXPECT_EQ(run(triml, "\n\r x"), "\n\r x");
-    EXPECT_EQ(run(triml, " \t x \n"), "x \n");
-    EXPECT_EQ(run(trimr, " x \t\r\n"), " x");
-    EXPECT_EQ(run(trimr, "\n"), "");
+    struct Case {
+        std::string& (*fn)(std::string&);
+        char* (*c_fn)(char*);  // the C-string twin, when there is one
+        const char* in;
+        const char* out;
+    } cases[] = {
+        {trim, c_trim, " \tkey = v \r\n", "key = v"},
+        {trim, c_trim, "   ", ""},
+        // Line ends are only removed on the right.
+        {triml, c_triml, "\n\r x", "\n\r x"},
+        {triml, c_triml, " \t x \n", "x \n"},
+        {trimr, c_trimr, " x \t\r\n", " x"},
+        {trimr, nullptr, "\n", ""},
+        {sg_trim, nullptr, " \"a b\" ", "ab"},
+        {sg_triml, nullptr, "'\"\t x'", "x'"},
+        {sg_triml, nullptr, "\nx", "\nx"},
+        {sg_trimr, nullptr, "'x \"'\r\n\t", "'x"},
+        // Tabs inside stay; only blanks are squeezed out.
+        {sg_trim, nullptr, "'a\tb c'", "a\tbc"},
+        {sg_trim, nullptr, "\"\"", ""},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(run(c.fn, c.in), c.out) << '[' << c.in << ']';
+        if (c.c_fn) {
+            EXPECT_EQ(run_c(c.c_fn, c.in), c.out) << "C string [" << c.in << ']';
+        }
+    }
 }
 
-TEST(MmutilTrim, QuotesAndInnerBlanks)
+TEST(MmutilTrim, CTrimrKeepsTheFirstCharacter)
 {
-    EXPECT_EQ(run(sg_trim, " \"a b\" "), "ab");
-    EXPECT_EQ(run(sg_triml, "'\"\t x'"), "x'");
-    EXPECT_EQ(run(sg_triml, "\nx"), "\nx");
-    EXPECT_EQ(run(sg_trimr, "'x \"'\r\n\t"), "'x");
-    // Tabs inside stay; only blanks are squeezed out.
-    EXPECT_EQ(run(sg_trim, "'a\tb c'"), "a\tbc");
-    EXPECT_EQ(run(sg_trim, "\"\""), "");
-}
-
-TEST(MmutilTrim, CStringsInPlace)
-{
-    EXPECT_EQ(run_c(c_trim, " \tkey = v \r\n"), "key = v");
-    EXPECT_EQ(run_c(c_triml, "\nx"), "\nx");
-    EXPECT_EQ(run_c(c_trimr, "ab \r\n"), "ab");
-    // The first character is never removed by c_trimr.
     EXPECT_EQ(run_c(c_trimr, " "), " ");
     EXPECT_EQ(run_c(c_trimr, "\n\n\n"), "\n");
-    EXPECT_EQ(run_c(c_trim, "   "), "");
     EXPECT_EQ(c_trim(nullptr), nullptr);
     EXPECT_EQ(c_triml(nullptr), nullptr);
     EXPECT_EQ(c_trimr(nullptr), nullptr);

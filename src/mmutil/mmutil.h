@@ -19,6 +19,9 @@ void init_random_seed();
 double randGaussian();
 double randExponential();
 int select_reaction(double* rates, int n, double r, double total);
+// Puts the process-wide generator back to its starting state (seed 1000,
+// second generator 123456789, empty shuffle table, no cached Gaussian).
+void ran2_reset_state();
 
 // ---- small linear algebra --------------------------------------------
 void mat_vec_mul(double a[3][3], double* x, double* y);
@@ -36,6 +39,8 @@ void eigsrt_nr(double* d, double v[][3], int n);
 
 // ---- integration and regression --------------------------------------
 double rk4_one(double x, double y, double h, double (*f)(double, double));
+// f returns a new[] array of n derivatives, which rk4_vec delete[]s; the
+// result is a new[] array that belongs to the caller.
 double* rk4_vec(double x, int n, double* y, double h, double* (*f)(double, int, double*));
 int LinearRegression(double* x, double* y, int n, double* a, double* b, double* s);
 

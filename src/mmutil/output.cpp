@@ -1,0 +1,81 @@
+#include "mmutil.h"
+
+#include <cstdarg>
+
+// Appends printf-style text to a string, with no size limit.
+static void appendf(std::string& out, const char* fmt, ...) __attribute__((format(printf, 2, 3)));
+static void appendf(std::string& out, const char* fmt, ...)
+{
+    va_list args, again;
+    va_start(args, fmt);
+    va_copy(again, args);
+    int len = vsnprintf(nullptr, 0, fmt, args);
+    va_end(args);
+    if (len > 0) {
+        size_t old = out.size();
+        out.resize(old + len + 1);
+        vsnprintf(&out[old], len + 1, fmt, again);
+        out.resize(old + len);
+    }
+    va_end(again);
+}
+
+// The table is built in memory first so that the file is written whole.
+static void write_table(const char* path, const std::string& text, int number)
+{
+    FILE* f = path ? fopen(path, "wt") : nullptr;
+    if (!f) veska_fatal("mmutil", number, 1, stderr, "Failed to create file %s\n", path ? path : "(null)");
+    bool ok = fwrite(text.data(), 1, text.size(), f) == text.size();
+    ok = (fclose(f) == 0) && ok;
+    if (!ok) veska_fatal("mmutil", number, 1, stderr, "Failed to write file %s\n", path);
+}
+
+void output_matrix(double** m, int n, int per_block, const char* path)
+{
+    // A non-positive block width would never advance: one block then.
+    if (per_block <= 0) per_block = n > 0 ? n : 1;
+    std::string text;
+    for (int c0 = 0; c0 < n; c0 += per_block) {
+        int c1 = c0 + per_block < n ? c0 + per_block : n;
+        text += "        ";
+        for (int c = c0; c < c1; ++c) appendf(text, "%13d", c);
+        text += '\n';
+        for (int r = 0; r < n; ++r) {
+            appendf(text, "%7d    ", r);
+            for (int c = c0; c < c1; ++c) appendf(text, "%13.8f", m[r][c]);
+            text += '\n';
+        }
+    }
+    write_table(path, text, 1456);
+}
+
+void output_vector(double* v, int n, int per_line, const char* path)
+{
+    std::string text;
+    for (int i = 0; i < n; ++i) {
+        appendf(text, "%14.7f", v[i]);
+        if (per_line > 0 && (i + 1) % per_line == 0) text += '\n';
+    }
+    text += '\n';
+    write_table(path, text, 1522);
+}
+
+void output_vvector(std::vector<std::vector<double>> columns, const char* path)
+{
+    size_t ncols = columns.size();
+    size_t nrows = ncols ? columns[0].size() : 0;
+    printf("ncols = %zu\n", ncols);
+    printf("nrows = %zu\n", nrows);
+    for (size_t c = 1; c < ncols; ++c) {
+        if (columns[c].size() < nrows)
+            veska_fatal("mmutil", 1548, 1, stderr,
+                        "output_vvector: column %zu has %zu rows, fewer than the first one's %zu; file %s not written\n",
+                        c, columns[c].size(), nrows, path ? path : "(null)");
+    }
+    std::string text;
+    for (size_t r = 0; r < nrows; ++r) {
+        for (const std::vector<double>& col : columns) appendf(text, " %14.7f", col[r]);
+        text += '\n';
+    }
+    write_table(path, text, 1548);
+}
