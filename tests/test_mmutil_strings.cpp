@@ -141,3 +141,10 @@ TEST(MmutilText, SmallTransforms)
     EXPECT_FALSE(isAlphabetical("C1"));
     EXPECT_FALSE(isAlphabetical("C "));
 }
+
+TEST(FormatString, GrowsPastAnyFixedBuffer)
+{
+    EXPECT_EQ(format_string("%12.6f|%s", 1.5, "x"), "    1.500000|x");
+    EXPECT_EQ(format_string("%.0f", 1e300).size(), 301u);
+    EXPECT_EQ(format_string("%s", ""), "");
+}

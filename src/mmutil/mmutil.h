@@ -63,6 +63,8 @@ int tokenize(std::vector<std::string>& out, const char* text, const char* delimi
 std::vector<std::string> split_string(std::string s);
 char* strhed(char** cursor);
 void morphNumericString(char* number, int decimals);
+// printf-style formatting into a string of whatever length it needs.
+std::string format_string(const char* fmt, ...) __attribute__((format(printf, 1, 2)));
 
 // Case-insensitive character traits (characters compared after tolower).
 struct ci_char_traits : public std::char_traits<char> {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdarg>
 #include <cstring>
 #include <sstream>
 
@@ -170,4 +171,22 @@ const char* ci_char_traits::find(const char* s, int n, char c)
     for (int i = 0; i < n; ++i)
         if (lower(s[i]) == lower(c)) return s + i;
     return nullptr;
+}
+
+std::string format_string(const char* fmt, ...)
+{
+    va_list args;
+    va_start(args, fmt);
+    va_list copy;
+    va_copy(copy, args);
+    int n = vsnprintf(nullptr, 0, fmt, copy);
+    va_end(copy);
+    std::string out;
+    if (n > 0) {
+        out.resize(n + 1);
+        vsnprintf(&out[0], out.size(), fmt, args);
+        out.resize(n);
+    }
+    va_end(args);
+    return out;
 }

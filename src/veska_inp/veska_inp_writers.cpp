@@ -61,9 +61,7 @@ std::string num(int value) { return std::to_string(value); }
 
 std::string vector_row(const double* row)
 {
-    char buf[128];
-    snprintf(buf, sizeof buf, "%12.6f %12.6f %12.6f", row[0], row[1], row[2]);
-    return buf;
+    return format_string("%12.6f %12.6f %12.6f", row[0], row[1], row[2]);
 }
 
 std::string int_triple(const int* v)
