@@ -26,6 +26,11 @@ std::string gaussian_steps(const std::string& i, const std::string& m)
            "\n";
 }
 
+// DataDir and the change into the submission directory, per dialect.
+const char kPbsDirs[] = "\nDataDir=/home/u/run/HL\n\ncd ${PBS_O_WORKDIR}\necho \"Working directory is ${PBS_O_WORKDIR}\"\n\n";
+const char kSlurmDirs[] = "\nDataDir=/home/u/run/HL\n\necho \"Working directory is $SLURM_SUBMIT_DIR\"\ncd ${SLURM_SUBMIT_DIR}\n\n";
+const char kLsfDirs[] = "\nDataDir=/home/u/run/HL\n\necho \"Working directory is ${LS_SUBCWD}\"\ncd ${LS_SUBCWD}\n\n";
+
 const char kStart[] = "echo \"Starting job run at `date`\"\n\n";
 const char kEnd[] = "echo \"Ending job run at `date`\"\n";
 const char kCopyBack[] = "CurrDir=`pwd`\n"
@@ -35,6 +40,15 @@ const char kCopyBack[] = "CurrDir=`pwd`\n"
                          "    rm -Rf $CurrDir\n"
                          "fi\n"
                          "\n";
+
+// A scheduled Gaussian job: its scheduler lines, then the common frame.
+std::string scheduled(const std::string& sched_lines, const char* dirs, const std::string& module,
+                      const std::string& input, const std::string& marker)
+{
+    return sched_lines + dirs + module + kStart + gaussian_steps(input, marker) + kCopyBack + kEnd;
+}
+
+const char kModule[] = "module load gaussian/g09.e01\n\n";
 
 }  // namespace
 
@@ -86,22 +100,14 @@ TEST_F(JobScriptDir, GaussianPbsWithModuleAndNodeList)
     js.nodelist = "n01";
     js.write_gaussian_HL_job("HL-1", 2, 8, "uc_mol-1", "uc1", "RUN/running.uc_mol-1");
     EXPECT_EQ(read("jobs/HL-1.pbs"),
-              "#PBS -S /bin/bash\n"
-              "#PBS -l walltime=1000:00:00\n"
-              "#PBS -l nodes=2:ppn=8\n"
-              "#PBS -q workq\n"
-              "#PBS -o stdout-uc1\n"
-              "#PBS -j oe\n"
-              "#PBS -l nodes=n01\n"
-              "\n"
-              "DataDir=/home/u/run/HL\n"
-              "\n"
-              "cd ${PBS_O_WORKDIR}\n"
-              "echo \"Working directory is ${PBS_O_WORKDIR}\"\n"
-              "\n"
-              "module load gaussian/g09.e01\n"
-              "\n" +
-                  std::string(kStart) + gaussian_steps("uc_mol-1", "RUN/running.uc_mol-1") + kCopyBack + kEnd);
+              scheduled("#PBS -S /bin/bash\n"
+                        "#PBS -l walltime=1000:00:00\n"
+                        "#PBS -l nodes=2:ppn=8\n"
+                        "#PBS -q workq\n"
+                        "#PBS -o stdout-uc1\n"
+                        "#PBS -j oe\n"
+                        "#PBS -l nodes=n01\n",
+                        kPbsDirs, kModule, "uc_mol-1", "RUN/running.uc_mol-1"));
 }
 
 TEST_F(JobScriptDir, GaussianSlurmWithoutModule)
@@ -110,19 +116,13 @@ TEST_F(JobScriptDir, GaussianSlurmWithoutModule)
     js.queue_name = "short";
     js.write_gaussian_HL_job("HL-1", 1, 4, "2mol-3", "d3", "RUN/m3");
     EXPECT_EQ(read("jobs/HL-1.slurm"),
-              "#!/bin/bash\n"
-              "\n"
-              "#SBATCH --time=0-1000:00:00\n"
-              "#SBATCH --output=stdout-d3\n"
-              "#SBATCH --nodes=1 --ntasks-per-node=4\n"
-              "#SBATCH -p short\n"
-              "\n"
-              "DataDir=/home/u/run/HL\n"
-              "\n"
-              "echo \"Working directory is $SLURM_SUBMIT_DIR\"\n"
-              "cd ${SLURM_SUBMIT_DIR}\n"
-              "\n" +
-                  std::string(kStart) + gaussian_steps("2mol-3", "RUN/m3") + kCopyBack + kEnd);
+              scheduled("#!/bin/bash\n"
+                        "\n"
+                        "#SBATCH --time=0-1000:00:00\n"
+                        "#SBATCH --output=stdout-d3\n"
+                        "#SBATCH --nodes=1 --ntasks-per-node=4\n"
+                        "#SBATCH -p short\n",
+                        kSlurmDirs, "", "2mol-3", "RUN/m3"));
 }
 
 TEST_F(JobScriptDir, GaussianLsfCountsSlotsAsNodesTimesPpn)
@@ -131,20 +131,14 @@ TEST_F(JobScriptDir, GaussianLsfCountsSlotsAsNodesTimesPpn)
     js.nodelist = "h1 h2";
     js.write_gaussian_HL_job("HL-1", 2, 8, "uc_mol-1", "uc1", "RUN/m");
     EXPECT_EQ(read("jobs/HL-1.lsf"),
-              "#BSUB -W 1000:00\n"
-              "#BSUB -J HL-uc1\n"
-              "#BSUB -oo stdout-uc1\n"
-              "#BSUB -n 16\n"
-              "#BSUB -R 'span[ptile=8]'\n"
-              "#BSUB -q workq\n"
-              "#BSUB -m 'h1 h2'\n"
-              "\n"
-              "DataDir=/home/u/run/HL\n"
-              "\n"
-              "echo \"Working directory is ${LS_SUBCWD}\"\n"
-              "cd ${LS_SUBCWD}\n"
-              "\n" +
-                  std::string(kStart) + gaussian_steps("uc_mol-1", "RUN/m") + kCopyBack + kEnd);
+              scheduled("#BSUB -W 1000:00\n"
+                        "#BSUB -J HL-uc1\n"
+                        "#BSUB -oo stdout-uc1\n"
+                        "#BSUB -n 16\n"
+                        "#BSUB -R 'span[ptile=8]'\n"
+                        "#BSUB -q workq\n"
+                        "#BSUB -m 'h1 h2'\n",
+                        kLsfDirs, "", "uc_mol-1", "RUN/m"));
 }
 
 TEST_F(JobScriptDir, GaussianLocalHasNoSchedulerLinesNoStartNoCopyBack)
@@ -162,22 +156,14 @@ TEST_F(JobScriptDir, GaussianArrayPbsListsIndexesAndEndsWithAnEmptyLine)
     int indexes[] = {2, 4, 7};
     js.write_gaussian_HL_job_array("HL-a", 1, 8, "nei_mol-1", "nei1", "RUN/running.nei_mol-1", 3, indexes);
     EXPECT_EQ(read("jobs/HL-a.pbs"),
-              "#PBS -S /bin/bash\n"
-              "#PBS -l walltime=1000:00:00\n"
-              "#PBS -l nodes=1:ppn=8\n"
-              "#PBS -q workq\n"
-              "#PBS -t 2,4,7\n"
-              "#PBS -o stdout-nei1\n"
-              "#PBS -j oe\n"
-              "\n"
-              "DataDir=/home/u/run/HL\n"
-              "\n"
-              "cd ${PBS_O_WORKDIR}\n"
-              "echo \"Working directory is ${PBS_O_WORKDIR}\"\n"
-              "\n" +
-                  std::string(kStart) +
-                  gaussian_steps("nei_mol-1-${PBS_ARRAYID}", "RUN/running.nei_mol-1-${PBS_ARRAYID}") + kCopyBack +
-                  kEnd + "\n");
+              scheduled("#PBS -S /bin/bash\n"
+                        "#PBS -l walltime=1000:00:00\n"
+                        "#PBS -l nodes=1:ppn=8\n"
+                        "#PBS -q workq\n"
+                        "#PBS -t 2,4,7\n"
+                        "#PBS -o stdout-nei1\n"
+                        "#PBS -j oe\n",
+                        kPbsDirs, "", "nei_mol-1-${PBS_ARRAYID}", "RUN/running.nei_mol-1-${PBS_ARRAYID}") + "\n");
 }
 
 TEST_F(JobScriptDir, GaussianArraySlurmWithNullListCountsFromOne)
@@ -187,24 +173,15 @@ TEST_F(JobScriptDir, GaussianArraySlurmWithNullListCountsFromOne)
     js.nodelist = "c[1-2]";
     js.write_gaussian_HL_job_array("HL-a", 1, 8, "uc_mol", "uc", "RUN/m", 5, nullptr);
     EXPECT_EQ(read("jobs/HL-a.slurm"),
-              "#!/bin/bash\n"
-              "\n"
-              "#SBATCH --time=0-1000:00:00\n"
-              "#SBATCH --output=stdout-uc-%a\n"
-              "#SBATCH --nodes=1 --ntasks-per-node=8\n"
-              "#SBATCH -p workq\n"
-              "#SBATCH --array=1-5\n"
-              "#SBATCH --nodelist=c[1-2]\n"
-              "\n"
-              "DataDir=/home/u/run/HL\n"
-              "\n"
-              "echo \"Working directory is $SLURM_SUBMIT_DIR\"\n"
-              "cd ${SLURM_SUBMIT_DIR}\n"
-              "\n"
-              "module load gaussian/g09.e01\n"
-              "\n" +
-                  std::string(kStart) +
-                  gaussian_steps("uc_mol-${SLURM_ARRAY_TASK_ID}", "RUN/m-${SLURM_ARRAY_TASK_ID}") + kCopyBack + kEnd);
+              scheduled("#!/bin/bash\n"
+                        "\n"
+                        "#SBATCH --time=0-1000:00:00\n"
+                        "#SBATCH --output=stdout-uc-%a\n"
+                        "#SBATCH --nodes=1 --ntasks-per-node=8\n"
+                        "#SBATCH -p workq\n"
+                        "#SBATCH --array=1-5\n"
+                        "#SBATCH --nodelist=c[1-2]\n",
+                        kSlurmDirs, kModule, "uc_mol-${SLURM_ARRAY_TASK_ID}", "RUN/m-${SLURM_ARRAY_TASK_ID}"));
 }
 
 TEST_F(JobScriptDir, GaussianArrayLsfNamesTheListInTheJobName)
@@ -213,20 +190,13 @@ TEST_F(JobScriptDir, GaussianArrayLsfNamesTheListInTheJobName)
     int indexes[] = {3, 5, 9};
     js.write_gaussian_HL_job_array("HL-a", 2, 4, "2mol", "dim", "RUN/m", 3, indexes);
     EXPECT_EQ(read("jobs/HL-a.lsf"),
-              "#BSUB -W 1000:00\n"
-              "#BSUB -oo stdout-dim-%I\n"
-              "#BSUB -n 8\n"
-              "#BSUB -R 'span[ptile=4]'\n"
-              "#BSUB -q workq\n"
-              "#BSUB -J HL-dim[3,5,9]\n"
-              "\n"
-              "DataDir=/home/u/run/HL\n"
-              "\n"
-              "echo \"Working directory is ${LS_SUBCWD}\"\n"
-              "cd ${LS_SUBCWD}\n"
-              "\n" +
-                  std::string(kStart) + gaussian_steps("2mol-${LSB_JOBINDEX}", "RUN/m-${LSB_JOBINDEX}") + kCopyBack +
-                  kEnd);
+              scheduled("#BSUB -W 1000:00\n"
+                        "#BSUB -oo stdout-dim-%I\n"
+                        "#BSUB -n 8\n"
+                        "#BSUB -R 'span[ptile=4]'\n"
+                        "#BSUB -q workq\n"
+                        "#BSUB -J HL-dim[3,5,9]\n",
+                        kLsfDirs, "", "2mol-${LSB_JOBINDEX}", "RUN/m-${LSB_JOBINDEX}"));
 }
 
 TEST_F(JobScriptDir, GaussianArrayLocalRepeatsEachMember)

@@ -7,10 +7,17 @@
 
 namespace {
 
-const char kPbsHeader[] = "#PBS -S /bin/bash\n"
-                          "#PBS -l walltime=1000:00:00\n"
-                          "#PBS -l nodes=1:ppn=8\n"
-                          "#PBS -q workq\n";
+// Scheduler lines of a one-node PBS job and the empty line after them.
+std::string pbs_header(const std::string& stdout_name)
+{
+    return "#PBS -S /bin/bash\n"
+           "#PBS -l walltime=1000:00:00\n"
+           "#PBS -l nodes=1:ppn=8\n"
+           "#PBS -q workq\n"
+           "#PBS -o " + stdout_name + "\n"
+           "#PBS -j oe\n"
+           "\n";
+}
 
 }  // namespace
 
@@ -22,10 +29,7 @@ TEST_F(JobScriptDir, OrcaPbsJobAsListed)
     js.orca_args = "--bind";
     js.scratch = "/scratch";
     js.write_orca_HL_job("HL-o", 1, 8, "2mol-5", "d5", "RUN/running.2mol-5");
-    EXPECT_EQ(read("jobs/HL-o.pbs"), std::string(kPbsHeader) +
-                                         "#PBS -o stdout-d5\n"
-                                         "#PBS -j oe\n"
-                                         "\n"
+    EXPECT_EQ(read("jobs/HL-o.pbs"), pbs_header("stdout-d5") +
                                          "module load orca/4.2\n"
                                          "\n"
                                          "DataDir=/home/u/run/HL\n"
@@ -90,10 +94,7 @@ TEST_F(JobScriptDir, QchemPbsJob)
 {
     js.qc_exe = "qchem";
     js.write_qchem_HL_job("q", 1, 8, "uc_mol-2", "u2", "RUN/m");
-    EXPECT_EQ(read("jobs/q.pbs"), std::string(kPbsHeader) +
-                                      "#PBS -o stdout-u2\n"
-                                      "#PBS -j oe\n"
-                                      "\n"
+    EXPECT_EQ(read("jobs/q.pbs"), pbs_header("stdout-u2") +
                                       "DataDir=/home/u/run/HL\n"
                                       "\n"
                                       "cd ${PBS_O_WORKDIR}\n"
@@ -118,10 +119,7 @@ TEST_F(JobScriptDir, QchemPbsJob)
 TEST_F(JobScriptDir, ReorganisationEnergyJobs)
 {
     js.write_gaussian_RE_job("re", 1, 8, "BODY\n", "mol1", "RUN/m");
-    EXPECT_EQ(read("jobs/re.pbs"), std::string(kPbsHeader) +
-                                       "#PBS -o stdout-mol1\n"
-                                       "#PBS -j oe\n"
-                                       "\n"
+    EXPECT_EQ(read("jobs/re.pbs"), pbs_header("stdout-mol1") +
                                        "DataDir=/home/u/run/RE\n"
                                        "\n"
                                        "cd ${PBS_O_WORKDIR}\n"
@@ -156,7 +154,7 @@ TEST_F(JobScriptDir, ReorganisationEnergyJobs)
                                  "\n";
     js.write_orca_RE_job("ore", 1, 8, "mol3", "RE-mol3", "RUN/m", "BODY\n");
     js.write_qchem_RE_job("qre", 1, 8, "mol3", "RE-mol3", "RUN/m", "BODY\n");
-    const std::string pbs = std::string(kPbsHeader) + "#PBS -o stdout-RE-mol3\n#PBS -j oe\n\n" + scratch_frame;
+    const std::string pbs = pbs_header("stdout-RE-mol3") + scratch_frame;
     EXPECT_EQ(read("jobs/ore.pbs"), pbs);
     EXPECT_EQ(read("jobs/qre.pbs"), pbs);
 
@@ -172,10 +170,7 @@ TEST_F(JobScriptDir, MonteCarloJobFramesItsBodyAndLoadsOnlyTheMpiModule)
 {
     js.module_gau_flag = true;
     js.write_MC_job("MC1", 1, 8, "hopmc.exe -simu0 0 -nsimu 20\necho done\n", "hole", "RUN/running.x");
-    EXPECT_EQ(read("MC1.pbs"), std::string(kPbsHeader) +
-                                   "#PBS -o stdout-hole\n"
-                                   "#PBS -j oe\n"
-                                   "\n"
+    EXPECT_EQ(read("MC1.pbs"), pbs_header("stdout-hole") +
                                    "echo \"Working directory is ${PBS_O_WORKDIR}\"\n"
                                    "cd ${PBS_O_WORKDIR}\n"
                                    "\n"
@@ -241,10 +236,7 @@ TEST_F(JobScriptDir, GatheringJobsRunInTheirDirectory)
     js.write_calc_transint_job("jobs/job_transint_mol1", 1, 8, "transint_mol1", "RUN/r1",
                                "hlgather.exe -batch mol1_trans_int_files.dat -prefix V -postfix 1\n", "data");
     EXPECT_EQ(read("jobs/job_transint_mol1.pbs"),
-              std::string(kPbsHeader) +
-                  "#PBS -o data/stdout-transint_mol1\n"
-                  "#PBS -j oe\n"
-                  "\n"
+              pbs_header("data/stdout-transint_mol1") +
                   "module load mpich2/1.5-gnu-5.4.0\n"
                   "\n"
                   "cd /home/u/run\n"
