@@ -87,8 +87,6 @@ public:
 
     // Appends `tmpl` with every @NAME@ replaced by the job's value of NAME.
     void add(const char* tmpl);
-    // Appends text unchanged (caller-supplied bodies).
-    void raw(const char* text) { out += text; }
     std::string expand(const char* tmpl) const;
     std::string value(const std::string& name) const;
 
@@ -108,6 +106,6 @@ public:
 std::string array_list(int count, const int* indexes);
 std::string compose_job_script(const Jobscript& js, const JobRequest& request, int dialect);
 // dialect kDispatch: create jobs_dir and use job_sched_type (fatal if unknown).
-void emit_job_script(Jobscript& js, const JobRequest& request, int dialect);
+void emit_job_script(const Jobscript& js, const JobRequest& request, int dialect);
 
 #endif

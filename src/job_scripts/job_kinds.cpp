@@ -204,7 +204,9 @@ void transint_array(JobText& t)
 }  // namespace
 
 // clang-format off
-//                                   jobs_dir array module          area  lsf name  stdout_dir slurm_out_last
+// Columns: in jobs_dir, array, module, data area, LSF name prefix, stdout in directory, SLURM output
+// line last, builders before and after the module line, empty lines after Ending (scheduled, local),
+// dispatcher error number, writer error numbers (PBS, SLURM, LSF, local).
 const JobKind kGaussianHLJob       = {true,  false, kModuleQc,  "HL", "HL-",      false, false, data_and_work_dir,     gaussian_hl,    0, 0, 510, {218, 296, 373, 451}};
 const JobKind kGaussianHLArrayJob  = {true,  true,  kModuleQc,  "HL", "HL-",      false, false, data_and_work_dir,     gaussian_hl,    0, 0, 897, {905, 906, 907, 908}};
 const JobKind kGaussianREJob       = {true,  false, kModuleQc,  "RE", "RE-",      false, false, data_and_work_dir,     gaussian_re,    1, 1, 611, {612, 613, 614, 615}};

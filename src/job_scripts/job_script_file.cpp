@@ -60,7 +60,7 @@ std::string compose_job_script(const Jobscript& js, const JobRequest& request, i
     return t.out;
 }
 
-void emit_job_script(Jobscript& js, const JobRequest& request, int dialect)
+void emit_job_script(const Jobscript& js, const JobRequest& request, int dialect)
 {
     const JobKind& kind = *request.kind;
     if (dialect == kDispatch) {

@@ -38,7 +38,10 @@ public:
 
     void parse_scheduling_type();
     int get_job_sched_type() { return job_sched_type; }
-    const char* get_job_script_ext() { return script_ext[job_sched_type].c_str(); }
+    const char* get_job_script_ext()
+    {
+        return job_sched_type >= 0 && job_sched_type < 4 ? script_ext[job_sched_type].c_str() : "";
+    }
     int get_run_nodes() { return run_nodes; }
     int get_run_ppn() { return run_ppn; }
     void set_environment_module_gau_flag(bool flag) { module_gau_flag = flag; }
