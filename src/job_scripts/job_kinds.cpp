@@ -207,20 +207,20 @@ void transint_array(JobText& t)
 // Columns: in jobs_dir, array, module, data area, LSF name prefix, stdout in directory, SLURM output
 // line last, builders before and after the module line, empty lines after Ending (scheduled, local),
 // dispatcher error number, writer error numbers (PBS, SLURM, LSF, local).
-const JobKind kGaussianHLJob       = {true,  false, kModuleQc,  "HL", "HL-",      false, false, data_and_work_dir,     gaussian_hl,    0, 0, 510, {218, 296, 373, 451}};
-const JobKind kGaussianHLArrayJob  = {true,  true,  kModuleQc,  "HL", "HL-",      false, false, data_and_work_dir,     gaussian_hl,    0, 0, 897, {905, 906, 907, 908}};
-const JobKind kGaussianREJob       = {true,  false, kModuleQc,  "RE", "RE-",      false, false, data_and_work_dir,     gaussian_re,    1, 1, 611, {612, 613, 614, 615}};
-const JobKind kOrcaHLJob           = {true,  false, kModuleQc,  "HL", "HL-",      false, false, nullptr,               orca_hl,        0, 0, 621, {622, 623, 624, 625}};
-const JobKind kOrcaHLArrayJob      = {true,  true,  kModuleQc,  "HL", "HL-",      false, false, nullptr,               orca_hl,        0, 0, 631, {632, 633, 634, 635}};
-const JobKind kOrcaREJob           = {true,  false, kModuleQc,  "RE", "RE-",      false, false, nullptr,               scratch_re,     1, 1, 641, {642, 643, 644, 645}};
-const JobKind kQchemHLJob          = {true,  false, kModuleQc,  "HL", "HL-",      false, false, data_and_work_dir,     qchem_hl,       0, 0, 651, {652, 653, 654, 655}};
-const JobKind kQchemHLArrayJob     = {true,  true,  kModuleQc,  "HL", "HL-",      false, false, data_and_work_dir,     qchem_hl,       0, 0, 661, {662, 663, 664, 665}};
-const JobKind kQchemREJob          = {true,  false, kModuleQc,  "RE", "RE-",      false, false, nullptr,               scratch_re,     1, 1, 671, {672, 673, 674, 675}};
-const JobKind kMCJob               = {false, false, kModuleMpiButQcLocally, nullptr, "MC-", false, true, submit_dir_echo_first, mc_run, 1, 1, 681, {682, 683, 684, 685}};
-const JobKind kMEJob               = {false, false, kModuleMpi, nullptr, "ME-",      false, false, submit_dir_echo_first, plain_run, 1, 1, 691, {692, 693, 694, 695}};
-const JobKind kCalcMobJob          = {false, false, kModuleMpi, nullptr, "mc-mob-",  false, true,  submit_dir_echo_first, plain_run, 1, 1, 701, {702, 703, 704, 705}};
-const JobKind kCalcGetREJob        = {false, false, kModuleMpi, nullptr, "getRE-",   false, false, submit_dir_echo_first, plain_run, 1, 1, 711, {712, 713, 714, 715}};
-const JobKind kCalcGetHLJob        = {false, false, kModuleMpi, nullptr, "",         true,  false, nullptr,               get_hl,    1, 1, 721, {722, 723, 724, 725}};
-const JobKind kCalcTransintJob     = {false, false, kModuleMpi, nullptr, "Transint-", true, false, nullptr,               transint,  1, 1, 731, {732, 733, 734, 735}};
-const JobKind kCalcTransintArrayJob = {false, true, kModuleMpi, nullptr, "",         true,  false, nullptr,               transint_array, 1, 0, 741, {742, 743, 744, 745}};
+const JobKind kGaussianHLJob        = {true,  false, kModuleQc,              "HL",    "HL-",       false, false, data_and_work_dir,     gaussian_hl,    0, 0, 510, {218, 296, 373, 451}};
+const JobKind kGaussianHLArrayJob   = {true,  true,  kModuleQc,              "HL",    "HL-",       false, false, data_and_work_dir,     gaussian_hl,    0, 0, 897, {905, 906, 907, 908}};
+const JobKind kGaussianREJob        = {true,  false, kModuleQc,              "RE",    "RE-",       false, false, data_and_work_dir,     gaussian_re,    1, 1, 611, {612, 613, 614, 615}};
+const JobKind kOrcaHLJob            = {true,  false, kModuleQc,              "HL",    "HL-",       false, false, nullptr,               orca_hl,        0, 0, 621, {622, 623, 624, 625}};
+const JobKind kOrcaHLArrayJob       = {true,  true,  kModuleQc,              "HL",    "HL-",       false, false, nullptr,               orca_hl,        0, 0, 631, {632, 633, 634, 635}};
+const JobKind kOrcaREJob            = {true,  false, kModuleQc,              "RE",    "RE-",       false, false, nullptr,               scratch_re,     1, 1, 641, {642, 643, 644, 645}};
+const JobKind kQchemHLJob           = {true,  false, kModuleQc,              "HL",    "HL-",       false, false, data_and_work_dir,     qchem_hl,       0, 0, 651, {652, 653, 654, 655}};
+const JobKind kQchemHLArrayJob      = {true,  true,  kModuleQc,              "HL",    "HL-",       false, false, data_and_work_dir,     qchem_hl,       0, 0, 661, {662, 663, 664, 665}};
+const JobKind kQchemREJob           = {true,  false, kModuleQc,              "RE",    "RE-",       false, false, nullptr,               scratch_re,     1, 1, 671, {672, 673, 674, 675}};
+const JobKind kMCJob                = {false, false, kModuleMpiButQcLocally, nullptr, "MC-",       false, true,  submit_dir_echo_first, mc_run,         1, 1, 681, {682, 683, 684, 685}};
+const JobKind kMEJob                = {false, false, kModuleMpi,             nullptr, "ME-",       false, false, submit_dir_echo_first, plain_run,      1, 1, 691, {692, 693, 694, 695}};
+const JobKind kCalcMobJob           = {false, false, kModuleMpi,             nullptr, "mc-mob-",   false, true,  submit_dir_echo_first, plain_run,      1, 1, 701, {702, 703, 704, 705}};
+const JobKind kCalcGetREJob         = {false, false, kModuleMpi,             nullptr, "getRE-",    false, false, submit_dir_echo_first, plain_run,      1, 1, 711, {712, 713, 714, 715}};
+const JobKind kCalcGetHLJob         = {false, false, kModuleMpi,             nullptr, "",          true,  false, nullptr,               get_hl,         1, 1, 721, {722, 723, 724, 725}};
+const JobKind kCalcTransintJob      = {false, false, kModuleMpi,             nullptr, "Transint-", true,  false, nullptr,               transint,       1, 1, 731, {732, 733, 734, 735}};
+const JobKind kCalcTransintArrayJob = {false, true,  kModuleMpi,             nullptr, "",          true,  false, nullptr,               transint_array, 1, 0, 741, {742, 743, 744, 745}};
 // clang-format on
