@@ -38,7 +38,10 @@ public:
 
     void parse_scheduling_type();
     int get_job_sched_type() { return job_sched_type; }
-    const char* get_job_script_ext() { return script_ext[job_sched_type].c_str(); }
+    const char* get_job_script_ext()
+    {
+        return job_sched_type >= 0 && job_sched_type < 4 ? script_ext[job_sched_type].c_str() : "";
+    }
     int get_run_nodes() { return run_nodes; }
     int get_run_ppn() { return run_ppn; }
     void set_environment_module_gau_flag(bool flag) { module_gau_flag = flag; }
@@ -75,6 +78,100 @@ public:
     void write_gaussian_HL_job_array_local(const char* script_name, int nodes, int ppn,
                                            const char* input_name, const char* job_tag,
                                            const char* marker_file, int count, int* indexes);
+
+    // Gaussian reorganisation-energy job; `body` is written unchanged.
+    void write_gaussian_RE_job(const char* script_name, int nodes, int ppn, const char* body, const char* job_tag, const char* marker_file);
+    void write_gaussian_RE_job_pbs(const char* script_name, int nodes, int ppn, const char* body, const char* job_tag, const char* marker_file);
+    void write_gaussian_RE_job_slurm(const char* script_name, int nodes, int ppn, const char* body, const char* job_tag, const char* marker_file);
+    void write_gaussian_RE_job_lsf(const char* script_name, int nodes, int ppn, const char* body, const char* job_tag, const char* marker_file);
+    void write_gaussian_RE_job_local(const char* script_name, int nodes, int ppn, const char* body, const char* job_tag, const char* marker_file);
+
+    // ORCA transfer-integral job, plain and array.
+    void write_orca_HL_job(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file);
+    void write_orca_HL_job_pbs(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file);
+    void write_orca_HL_job_slurm(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file);
+    void write_orca_HL_job_lsf(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file);
+    void write_orca_HL_job_local(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file);
+    void write_orca_HL_job_array(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, int count, int* indexes);
+    void write_orca_HL_job_array_pbs(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, int count, int* indexes);
+    void write_orca_HL_job_array_slurm(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, int count, int* indexes);
+    void write_orca_HL_job_array_lsf(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, int count, int* indexes);
+    void write_orca_HL_job_array_local(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, int count, int* indexes);
+
+    // ORCA reorganisation-energy job.
+    void write_orca_RE_job(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, const char* body);
+    void write_orca_RE_job_pbs(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, const char* body);
+    void write_orca_RE_job_slurm(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, const char* body);
+    void write_orca_RE_job_lsf(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, const char* body);
+    void write_orca_RE_job_local(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, const char* body);
+
+    // Q-Chem transfer-integral job, plain and array.
+    void write_qchem_HL_job(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file);
+    void write_qchem_HL_job_pbs(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file);
+    void write_qchem_HL_job_slurm(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file);
+    void write_qchem_HL_job_lsf(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file);
+    void write_qchem_HL_job_local(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file);
+    void write_qchem_HL_job_array(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, int count, int* indexes);
+    void write_qchem_HL_job_array_pbs(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, int count, int* indexes);
+    void write_qchem_HL_job_array_slurm(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, int count, int* indexes);
+    void write_qchem_HL_job_array_lsf(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, int count, int* indexes);
+    void write_qchem_HL_job_array_local(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, int count, int* indexes);
+
+    // Q-Chem reorganisation-energy job.
+    void write_qchem_RE_job(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, const char* body);
+    void write_qchem_RE_job_pbs(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, const char* body);
+    void write_qchem_RE_job_slurm(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, const char* body);
+    void write_qchem_RE_job_lsf(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, const char* body);
+    void write_qchem_RE_job_local(const char* script_name, int nodes, int ppn, const char* input_name, const char* job_tag, const char* marker_file, const char* body);
+
+    // Monte Carlo run, written into the current directory (as are the kinds below).
+    void write_MC_job(const char* script_name, int nodes, int ppn, const char* body, const char* job_tag, const char* marker_file);
+    void write_MC_job_pbs(const char* script_name, int nodes, int ppn, const char* body, const char* job_tag, const char* marker_file);
+    void write_MC_job_slurm(const char* script_name, int nodes, int ppn, const char* body, const char* job_tag, const char* marker_file);
+    void write_MC_job_lsf(const char* script_name, int nodes, int ppn, const char* body, const char* job_tag, const char* marker_file);
+    void write_MC_job_local(const char* script_name, int nodes, int ppn, const char* body, const char* job_tag, const char* marker_file);
+
+    // Master-equation run.
+    void write_ME_job(const char* script_name, int nodes, int ppn, const char* body, const char* job_tag, const char* marker_file);
+    void write_ME_job_pbs(const char* script_name, int nodes, int ppn, const char* body, const char* job_tag, const char* marker_file);
+    void write_ME_job_slurm(const char* script_name, int nodes, int ppn, const char* body, const char* job_tag, const char* marker_file);
+    void write_ME_job_lsf(const char* script_name, int nodes, int ppn, const char* body, const char* job_tag, const char* marker_file);
+    void write_ME_job_local(const char* script_name, int nodes, int ppn, const char* body, const char* job_tag, const char* marker_file);
+
+    // Mobility from the Monte Carlo tracks; `command` is one line without its line end.
+    void write_calc_mob_job(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* command);
+    void write_calc_mob_job_pbs(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* command);
+    void write_calc_mob_job_slurm(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* command);
+    void write_calc_mob_job_lsf(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* command);
+    void write_calc_mob_job_local(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* command);
+
+    // Reorganisation-energy gathering.
+    void write_calc_getRE_job(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* body);
+    void write_calc_getRE_job_pbs(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* body);
+    void write_calc_getRE_job_slurm(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* body);
+    void write_calc_getRE_job_lsf(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* body);
+    void write_calc_getRE_job_local(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* body);
+
+    // Transfer-integral (site-energy) gathering, run inside `directory`.
+    void write_calc_getHL_job(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* body, const char* directory);
+    void write_calc_getHL_job_pbs(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* body, const char* directory);
+    void write_calc_getHL_job_slurm(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* body, const char* directory);
+    void write_calc_getHL_job_lsf(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* body, const char* directory);
+    void write_calc_getHL_job_local(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* body, const char* directory);
+
+    // Transfer-integral calculation, run inside `directory`.
+    void write_calc_transint_job(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* body, const char* directory);
+    void write_calc_transint_job_pbs(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* body, const char* directory);
+    void write_calc_transint_job_slurm(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* body, const char* directory);
+    void write_calc_transint_job_lsf(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* body, const char* directory);
+    void write_calc_transint_job_local(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, const char* body, const char* directory);
+
+    // Transfer-integral calculation over array members; `program` is the bare command.
+    void write_calc_transint_job_array(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, int count, int* indexes, const char* program, const char* directory);
+    void write_calc_transint_job_array_pbs(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, int count, int* indexes, const char* program, const char* directory);
+    void write_calc_transint_job_array_slurm(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, int count, int* indexes, const char* program, const char* directory);
+    void write_calc_transint_job_array_lsf(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, int count, int* indexes, const char* program, const char* directory);
+    void write_calc_transint_job_array_local(const char* script_name, int nodes, int ppn, const char* job_tag, const char* marker_file, int count, int* indexes, const char* program, const char* directory);
 };
 
 #endif
