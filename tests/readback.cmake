@@ -1,0 +1,23 @@
+# Reads what the structure and input writers produce back with readers from
+# outside the project (OpenBabel, gemmi, ASE, pymatgen). Skips (77) when
+# one of them is missing.
+
+add_executable(veska_readback_generate ${CMAKE_CURRENT_SOURCE_DIR}/readback/generate_readback.cpp)
+target_link_libraries(veska_readback_generate PRIVATE veska_transport)
+
+# The distribution's python sees the distribution's chemistry packages;
+# a python first on PATH (a virtual or version-managed one) may not.
+find_program(VESKA_SYSTEM_PYTHON3 python3 PATHS /usr/bin NO_DEFAULT_PATH)
+if(NOT VESKA_SYSTEM_PYTHON3)
+  find_program(VESKA_SYSTEM_PYTHON3 python3)
+endif()
+
+if(VESKA_SYSTEM_PYTHON3)
+  add_test(NAME writers_readback
+           COMMAND ${VESKA_SYSTEM_PYTHON3} ${CMAKE_CURRENT_SOURCE_DIR}/readback/check_readback.py
+                   $<TARGET_FILE:veska_readback_generate>)
+else()
+  add_test(NAME writers_readback
+           COMMAND sh -c "echo 'SKIP: no python3 found for the read-back checks'; exit 77")
+endif()
+set_tests_properties(writers_readback PROPERTIES SKIP_RETURN_CODE 77)
