@@ -4,10 +4,11 @@ readers written elsewhere (OpenBabel, gemmi, ASE, pymatgen) and compares
 atoms, elements and coordinates with what was asked for, to the precision
 that each layout writes.
 
-usage: check_readback.py <generator>
+usage: check_readback.py <generator> [<cif> ...]
 
 The generator writes the files and expected.json into a directory given on
-its command line.
+its command line. Each CIF given is also converted to its unwrapped P1 form
+and compared with gemmi's own symmetry expansion of the original.
 Exit status: 0 all checks passed, 1 a check failed, 77 a reader is missing
 (the checks that could run did pass).
 """
@@ -92,7 +93,7 @@ def obabel_cml(fmt, path):
     return atoms, scalars
 
 
-def check_obabel(exp, d):
+def check_obabel(exp, d, cifs):
     if not shutil.which("obabel"):
         skipped.append("OpenBabel (obabel, Debian package openbabel)")
         return
@@ -139,7 +140,7 @@ def check_gemmi_cif(gemmi, name, block, small, cell, symbols, frac):
                   tolerance(6))
 
 
-def check_gemmi(exp, d):
+def check_gemmi(exp, d, cifs):
     try:
         import gemmi
     except ImportError:
@@ -152,11 +153,67 @@ def check_gemmi(exp, d):
     block, small = gemmi_sites(gemmi, d / "supercell.cif")
     check_gemmi_cif(gemmi, "supercell.cif", block, small, exp.super_cell, exp.super_symbols,
                     exp.super_frac)
+    for n, cif in enumerate(cifs):
+        check_unwrapped(gemmi, cif, d / f"unwrap_{n + 1}.cif")
+
+
+def cart_delta(gemmi, cell, fa, fb, periodic):
+    d = [a - b for a, b in zip(fa, fb)]
+    if periodic:
+        d = [x - round(x) for x in d]
+    return cell.orthogonalize(gemmi.Fractional(*d)).length()
+
+
+def count_molecules(gemmi, cell, sites, periodic):
+    """Connected groups of atoms closer than 1.15 times their covalent radii."""
+    parent = list(range(len(sites)))
+
+    def root(i):
+        while parent[i] != i:
+            parent[i] = parent[parent[i]]
+            i = parent[i]
+        return i
+
+    fr = [(s.fract.x, s.fract.y, s.fract.z) for s in sites]
+    for i in range(len(sites)):
+        for j in range(i):
+            limit = 1.15 * (sites[i].element.covalent_r + sites[j].element.covalent_r)
+            if cart_delta(gemmi, cell, fr[i], fr[j], periodic) < limit:
+                parent[root(i)] = root(j)
+    return len({root(i) for i in range(len(sites))})
+
+
+def check_unwrapped(gemmi, source, unwrapped):
+    """Same atoms as gemmi's expansion of the source, modulo whole cells,
+    and every molecule whole without periodic images."""
+    name = f"unwrap {Path(source).name}"
+    ref = gemmi_sites(gemmi, source)[1]
+    expanded = ref.get_all_unit_cell_sites()
+    got = gemmi_sites(gemmi, unwrapped)[1]
+    if len(got.sites) != len(expanded):
+        fail(f"{name}: {len(got.sites)} atoms, gemmi expands to {len(expanded)}")
+        return
+    unused = list(range(len(expanded)))
+    for site in got.sites:
+        f = (site.fract.x, site.fract.y, site.fract.z)
+        match = [k for k in unused if expanded[k].element.name == site.element.name and
+                 cart_delta(gemmi, ref.cell, f, (expanded[k].fract.x, expanded[k].fract.y,
+                                          expanded[k].fract.z), True) < 2e-3]
+        if not match:
+            fail(f"{name}: {site.label} at {f} is not a site of the expanded cell")
+            return
+        unused.remove(match[0])
+    whole = count_molecules(gemmi, got.cell, got.sites, False)
+    periodic = count_molecules(gemmi, ref.cell, expanded, True)
+    if whole != periodic:
+        fail(f"{name}: {whole} groups without images, {periodic} molecules in the crystal")
+        return
+    print(f"ok: {name}: {len(got.sites)} atoms, {whole} whole molecules")
 
 
 # ---- ASE --------------------------------------------------------------------
 
-def check_ase(exp, d):
+def check_ase(exp, d, cifs):
     try:
         import ase.io
         from ase.io.gaussian import read_gaussian_in
@@ -199,7 +256,7 @@ def pymatgen_atoms(mol):
     return [str(s.specie) for s in mol], mol.cart_coords
 
 
-def check_pymatgen(exp, d):
+def check_pymatgen(exp, d, cifs):
     try:
         from pymatgen.io.gaussian import GaussianInput
         from pymatgen.io.qchem import utils as qchem_utils
@@ -252,17 +309,17 @@ def check_rem(name, q, charge, mult, want):
 
 
 def main():
-    if len(sys.argv) != 2:
+    if len(sys.argv) < 2:
         print(__doc__)
         return 2
-    generator = sys.argv[1]
+    generator, cifs = sys.argv[1], sys.argv[2:]
     with tempfile.TemporaryDirectory(prefix="veska_readback_") as tmp:
         d = Path(tmp)
-        subprocess.run([generator, tmp], check=True)
+        subprocess.run([generator, tmp] + cifs, check=True, stdout=subprocess.DEVNULL)
         exp = Expected(d / "expected.json")
         for check in (check_obabel, check_gemmi, check_ase, check_pymatgen):
             try:
-                check(exp, d)
+                check(exp, d, cifs)
             except Exception as e:  # a reader that cannot read the file is a failure
                 fail(f"{check.__name__}: {type(e).__name__}: {e}")
     print("note: no independent ORCA input reader is packaged; ORCA layouts are checked by the unit tests")
