@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <climits>
-#include <cctype>
 #include <cmath>
 #include <cstdlib>
 #include <iomanip>
@@ -64,14 +63,6 @@ static void parse_symbolic_field(const char* f, int r, double R[3][3], double* t
     }
 }
 
-static std::string strip_space_underscore(const std::string& op)
-{
-    std::string s;
-    for (char c : op)
-        if (c != '_' && !isspace((unsigned char)c)) s += c;
-    return s;
-}
-
 static void wrap_translation(double* t)
 {
     for (int k = 0; k < 3; k++) {
@@ -88,7 +79,7 @@ void FileIO::ParseTransformString(const std::string& op, double R[3][3], double*
         if (op.find(' ') == std::string::npos) return;
         parse_numeric_operator(op, R, t);
     } else {
-        std::string s = strip_space_underscore(op);
+        std::string s = RemoveWhiteSpaceUnderscore(op);
         double numerator = 0.0;
         size_t start = 0;
         for (int r = 0; r < 3 && start <= s.size(); r++) {
