@@ -43,6 +43,14 @@ inline void write_text_file(const std::string& path, const std::string& text)
     out << text;
 }
 
+// In a death test's child: standard output joins standard error (the error
+// header goes to standard output) and `text` is written to `path`.
+inline void child_with_file(const std::string& path, const std::string& text)
+{
+    dup2(2, 1);
+    write_text_file(path, text);
+}
+
 inline std::string read_text_file(const std::string& path)
 {
     std::ifstream in(path, std::ios::binary);

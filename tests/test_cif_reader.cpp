@@ -18,6 +18,14 @@ static const char* kOneAtom =
 
 static const char* kIdentity = "loop_\n_symmetry_equiv_pos_as_xyz\nx,y,z\n";
 
+// A bond loop headed by a tag that contains "_atom_site", and one that is not.
+static const char* kBondsByLabel =
+    "loop_\n_geom_bond_atom_site_label_1\n_geom_bond_atom_site_label_2\n"
+    "_geom_bond_distance\n_geom_bond_site_symmetry_2\n_ccdc_geom_bond_type\n";
+static const char* kBondsByType =
+    "loop_\n_ccdc_geom_bond_type\n_geom_bond_atom_site_label_1\n"
+    "_geom_bond_atom_site_label_2\n_geom_bond_distance\n_geom_bond_site_symmetry_2\n";
+
 // Reads `text` as a CIF in a scratch directory; returns what was printed.
 static std::string read_cif_text(FileIO& io, const std::string& text, bool verbose = false)
 {
@@ -125,20 +133,15 @@ TEST(CifScanner, SymopIdFirstLoopIsNotAnOperatorLoopAndIsReported)
 TEST(CifScanner, AtomLoopEndsTheScanAtItsEmptyLine)
 {
     FileIO io;
-    read_cif_text(io, std::string(kCell) + kIdentity + kOneAtom +
-                          "\nloop_\n_geom_bond_atom_site_label_1\n_geom_bond_atom_site_label_2\n"
-                          "_geom_bond_distance\n_geom_bond_site_symmetry_2\n_ccdc_geom_bond_type\n"
-                          "C1 C2 1.5 . S\n"
-                          "_space_group_IT_number 99\n");
+    read_cif_text(io, std::string(kCell) + kIdentity + kOneAtom + "\n" + kBondsByType +
+                          "S C1 C2 1.5 .\n_space_group_IT_number 99\n");
     EXPECT_TRUE(io.cif_bonds.atom_label_1.empty());
     EXPECT_EQ(io.space_group_number, -1);
 
     // Before the atom-site loop a bond loop with all five columns is read.
     FileIO bonds;
-    read_cif_text(bonds, std::string(kCell) + kIdentity +
-                             "loop_\n_geom_bond_distance\n_geom_bond_atom_site_label_1\n"
-                             "_geom_bond_atom_site_label_2\n_geom_bond_site_symmetry_2\n"
-                             "_ccdc_geom_bond_type\n1.5(2) C1 C2 1_555 S\n" + kOneAtom);
+    read_cif_text(bonds, std::string(kCell) + kIdentity + kBondsByType + "S C1 C2 1.5(2) 1_555\n" +
+                             kOneAtom);
     ASSERT_EQ(bonds.cif_bonds.distance.size(), 1u);
     EXPECT_EQ(bonds.cif_bonds.distance[0], "1.5(2)");
     EXPECT_EQ(bonds.cif_bonds.atom_label_2[0], "C2");
@@ -152,10 +155,7 @@ TEST(CifScanner, BondLoopHeadedByAnAtomSiteLabelIsTakenAsAtomSiteLoop)
     // comes first, finds none of its columns and leaves the rows to the
     // ordinary rules, so the row below is neither a bond nor fatal.
     FileIO io;
-    read_cif_text(io, std::string(kCell) + kIdentity +
-                          "loop_\n_geom_bond_atom_site_label_1\n_geom_bond_atom_site_label_2\n"
-                          "_geom_bond_distance\n_geom_bond_site_symmetry_2\n"
-                          "_ccdc_geom_bond_type\nC1 C2\n" + kOneAtom);
+    read_cif_text(io, std::string(kCell) + kIdentity + kBondsByLabel + "C1 C2\n" + kOneAtom);
     EXPECT_TRUE(io.cif_bonds.distance.empty());
     EXPECT_EQ(io.natoms_cif, 1);
 }
@@ -252,8 +252,7 @@ TEST(CifScanner, VerbosePrints)
 
 static void read_quietly(const std::string& text)
 {
-    dup2(2, 1);
-    write_text_file("bad.cif", text);
+    child_with_file("bad.cif", text);
     FileIO io;
     io.read_data_cif("bad.cif", false);
 }
@@ -275,9 +274,7 @@ TEST(CifScannerDeathTest, ShortRowsAreFatal)
     // an empty line is a row of an aniso loop
     EXPECT_EXIT(read_quietly(std::string(kCell) + kIdentity + aniso + "\n" + kOneAtom),
                 testing::ExitedWithCode(255), "Not enough columns: \nAt least 4 columns");
-    const std::string bonds =
-        "loop_\n_ccdc_geom_bond_type\n_geom_bond_atom_site_label_1\n"
-        "_geom_bond_atom_site_label_2\n_geom_bond_distance\n_geom_bond_site_symmetry_2\n";
+    const std::string bonds = kBondsByType;
     EXPECT_EXIT(read_quietly(std::string(kCell) + kIdentity + bonds + "S C1 C2 1.5\n" + kOneAtom),
                 testing::ExitedWithCode(255),
                 "Not enough columns: S C1 C2 1.5\nAt least 5 columns are expected!\n");

@@ -198,9 +198,8 @@ TEST(VeskaInpReader, CrystalKeyReadsTheCrystalAtOnce)
 
 static void read_inp_in_child(const std::string& text)
 {
-    dup2(2, 1);
     clear_veska_environment();
-    write_text_file("veska.inp", text);
+    child_with_file("veska.inp", text);
     VeskaInp v;
     v.read_veska_inp("veska.inp", false);
 }
@@ -270,8 +269,7 @@ TEST(ConfigInpReader, Grammar)
 
 static void read_cfg_in_child(const std::string& text)
 {
-    dup2(2, 1);
-    write_text_file("config.inp", text);
+    child_with_file("config.inp", text);
     VeskaInp v;
     v.read_config_inp("config.inp", false);
 }
