@@ -2,7 +2,9 @@
 // with expected.json describing the atoms in full precision, for
 // check_readback.py to read back with programs from outside the project.
 //
-// usage: veska_readback_generate <out-dir>
+// usage: veska_readback_generate <out-dir> [<cif> ...]
+// Each CIF given is also converted to its unwrapped P1 form, written as
+// <out-dir>/unwrap_<n>.cif with n counting the CIFs from 1.
 
 #include <cstdio>
 #include <string>
@@ -50,8 +52,8 @@ void write_list(FILE* out, const char* name, const std::vector<int>& v)
 
 int main(int argc, char** argv)
 {
-    if (argc != 2) {
-        fprintf(stderr, "usage: %s <out-dir>\n", argv[0]);
+    if (argc < 2) {
+        fprintf(stderr, "usage: %s <out-dir> [<cif> ...]\n", argv[0]);
         return 2;
     }
     const std::string dir = argv[1];
@@ -98,5 +100,11 @@ int main(int argc, char** argv)
     write_list(out, "cell", std::vector<double>(cell, cell + 6), true);
     fprintf(out, "}\n");
     fclose(out);
+
+    for (int i = 2; i < argc; i++) {
+        FileIO crystal;
+        const std::string name = dir + "/unwrap_" + std::to_string(i - 1) + ".cif";
+        crystal.write_cif_unwrap(argv[i], name.c_str(), false, false);
+    }
     return 0;
 }
