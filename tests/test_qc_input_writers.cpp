@@ -188,3 +188,14 @@ TEST(QcInputDeathTest, OpenFailureIsFatal)
                                            "b", ""),
                 ::testing::ExitedWithCode(255), "Failed to open output file no_such_dir/x.qcin");
 }
+
+TEST(QcInputDeathTest, FullDiskIsReportedNotTruncated)
+{
+    struct stat st;
+    if (stat("/dev/full", &st) != 0 || !S_ISCHR(st.st_mode)) GTEST_SKIP() << "no /dev/full";
+    FileIO fio;
+    EXPECT_EXIT(fio.write_qchem_mol_inp_RE("/dev/full", 3, types3, coords3, 1, 1, "0 1", "m", "b",
+                                           std::string(100000, '!')),
+                ::testing::ExitedWithCode(255), "Failed to write output file /dev/full");
+    EXPECT_EQ(stat("/dev/full", &st), 0);
+}

@@ -145,7 +145,7 @@ void FileIO::write_cif_mol_one(FILE* out, int first_label, int natoms, int* atyp
     if (!out) return;
     std::string text;
     for (int a = 0; a < natoms; a++) {
-        const std::string sym = output_element_symbol(*this, atypes[a], a, "a CIF file");
+        const std::string sym = output_element_symbol(*this, atypes[a], a, "the open CIF file");
         const double* s = x_s + 3 * a;
         const std::string name = sym + std::to_string(first_label + a + 1);
         append_format(text, "%-6s %2s %10.6f %10.6f %10.6f  0.00000  %d\n", name.c_str(),

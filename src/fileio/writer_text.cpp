@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <memory>
+#include <sys/stat.h>
 #include <vector>
 
 #include "fatal.h"
@@ -49,7 +50,8 @@ bool write_whole_file(const char* path, const std::string& text)
     const bool written = fwrite(text.data(), 1, text.size(), out.get()) == text.size();
     const bool closed = fclose(out.release()) == 0;
     if (!written || !closed) {
-        remove(path);
+        struct stat st;
+        if (stat(path, &st) == 0 && S_ISREG(st.st_mode)) remove(path);
         veska_fatal("fileio", 3602, -1, stderr, "Failed to write output file %s\n", path);
     }
     return true;

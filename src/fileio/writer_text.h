@@ -18,8 +18,9 @@ void append_format(std::string& text, const char* fmt, ...) __attribute__((forma
 std::string output_element_symbol(FileIO& fio, int i, int atom, const char* path);
 
 // Writes `text` to `path`. Returns false when the file cannot be opened
-// (the caller reports it in its own words). A failure while writing
-// removes the partial file and ends the process with a message naming it.
+// (the caller reports it in its own words). A failure while writing (a
+// full disk) removes the partial regular file and ends the process with a
+// message naming it.
 bool write_whole_file(const char* path, const std::string& text);
 
 // The module's verbose switch: off, and nothing turns it on. When on, the
