@@ -58,6 +58,7 @@ public:
     double* cif_radius = nullptr;
     std::vector<std::string> v3000_names;
     std::map<int, int> v3000_atom_map;
+    int v3000_mol = 0;  // molecule the V3000 atom block fills
     bool debug_print = false;
     std::string data_dir = "data";
     std::string crystal_file;

@@ -1,0 +1,408 @@
+// CIF reader: a line scanner over a fixed subset of tags and three kinds of
+// loop (symmetry operators, atom sites, bonds; anisotropic displacements are
+// checked and dropped). The atoms are then expanded to the P1 cell and
+// separated into molecules.
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+
+#include "fileio.h"
+#include "mmutil.h"
+
+// Numbers identifying the places where a CIF read stops.
+enum {
+    CIF_ERR_OPEN = 1061,
+    CIF_ERR_ROW_COLUMNS = 1236,
+    CIF_ERR_NO_CELL = 1390,
+};
+
+static const char* const kCifUnit = "fileio";
+
+// ---- small text tests --------------------------------------------------
+
+static std::string trimmed(const std::string& s)
+{
+    std::string t = s;
+    return trim(t);
+}
+
+static bool starts_with(const std::string& s, const char* prefix)
+{
+    return s.compare(0, strlen(prefix), prefix) == 0;
+}
+
+static bool contains(const std::string& s, const char* tag) { return s.find(tag) != std::string::npos; }
+
+static bool is_comment(const std::string& t) { return !t.empty() && t[0] == '#'; }
+
+static bool starts_data_block(const std::string& t)
+{
+    return t.size() >= 5 && iequals(t.substr(0, 5), "data_");
+}
+
+// Position of the first blank or tab, the split between a tag and its value.
+static size_t first_blank(const std::string& t) { return t.find_first_of(" \t"); }
+
+// ---- reading the file --------------------------------------------------
+
+static bool read_all_lines(const char* path, std::vector<std::string>& lines)
+{
+    struct stat st;
+    if (stat(path, &st) == 0 && S_ISDIR(st.st_mode)) return false;
+    std::ifstream in(path);
+    if (!in) return false;
+    std::string line;
+    while (std::getline(in, line)) lines.push_back(line);
+    return !in.bad();
+}
+
+// ---- loops ---------------------------------------------------------------
+
+// One kind of tagged loop: the tags whose column numbers are needed (all of
+// them must be present for the rows to be read), the fewest tokens a row may
+// hold, whether an empty line ends the rows, and where the columns go.
+struct CifLoopKind {
+    const char* tags[5];
+    int ntags;
+    size_t min_tokens;
+    bool empty_line_ends;
+};
+
+static const CifLoopKind kAtomSiteLoop = {
+    {"_atom_site_label", "_atom_site_type_symbol", "_atom_site_fract_x", "_atom_site_fract_y",
+     "_atom_site_fract_z"},
+    5, 5, true};
+static const CifLoopKind kAnisoLoop = {
+    {"_atom_site_aniso_label", "_atom_site_aniso_U_11", "_atom_site_aniso_U_22",
+     "_atom_site_aniso_U_33", nullptr},
+    4, 4, false};
+static const CifLoopKind kBondLoop = {
+    {"_geom_bond_atom_site_label_1", "_geom_bond_atom_site_label_2", "_geom_bond_distance",
+     "_geom_bond_site_symmetry_2", "_ccdc_geom_bond_type"},
+    5, 5, false};
+
+// Numbers the header lines (those beginning with "_") from 1 and records, for
+// each, the first needed tag it contains. Returns the index of the first row.
+static size_t read_loop_header(const std::vector<std::string>& lines, size_t r,
+                               const CifLoopKind& kind, int* cols)
+{
+    int number = 0;
+    for (; r < lines.size(); ++r) {
+        std::string t = trimmed(lines[r]);
+        if (t.empty() || t[0] != '_') break;
+        ++number;
+        for (int k = 0; k < kind.ntags; ++k) {
+            if (contains(t, kind.tags[k])) {
+                cols[k] = number;
+                break;
+            }
+        }
+    }
+    return r;
+}
+
+// Reads the rows of a tagged loop into `dest` (null entries drop the column).
+// Rows end at a "loop_" line or the end of the file, and also at an empty
+// line when the kind says so; for an atom-site loop empty lines before the
+// first row are skipped (a loop has at least one row). Returns the row index
+// where reading stopped.
+static size_t read_loop_rows(const std::vector<std::string>& lines, size_t r,
+                             const CifLoopKind& kind, const int* cols,
+                             std::vector<std::string>* const* dest)
+{
+    size_t needed = kind.min_tokens;
+    for (int k = 0; k < kind.ntags; ++k) needed = std::max(needed, static_cast<size_t>(cols[k]));
+    std::vector<std::string> tokens;
+    bool any_row = false;
+    for (; r < lines.size(); ++r) {
+        std::string t = trimmed(lines[r]);
+        if (is_comment(t)) continue;
+        if (starts_with(t, "loop_")) break;
+        if (t.empty() && kind.empty_line_ends) {
+            if (any_row) break;
+            continue;
+        }
+        tokenize(tokens, t.c_str(), " \t\n\r");
+        if (tokens.size() < needed) {
+            veska_fatal(kCifUnit, CIF_ERR_ROW_COLUMNS, -1, stdout,
+                        "Not enough columns: %s\nAt least %zu columns are expected!\n", t.c_str(),
+                        tokens.size() < kind.min_tokens ? kind.min_tokens : needed);
+        }
+        any_row = true;
+        for (int k = 0; k < kind.ntags; ++k)
+            if (dest[k]) dest[k]->push_back(tokens[cols[k] - 1]);
+    }
+    return r;
+}
+
+// A tagged loop whose header starts at line `r`. Returns where scanning goes
+// on; `ended_scan` is set when the rows were read and the kind ends the scan.
+static size_t read_tagged_loop(const std::vector<std::string>& lines, size_t r,
+                               const CifLoopKind& kind, std::vector<std::string>* const* dest,
+                               bool* rows_read)
+{
+    int cols[5] = {0, 0, 0, 0, 0};
+    size_t first_row = read_loop_header(lines, r, kind, cols);
+    *rows_read = false;
+    for (int k = 0; k < kind.ntags; ++k)
+        if (cols[k] == 0) return first_row;
+    *rows_read = true;
+    return read_loop_rows(lines, first_row, kind, cols, dest);
+}
+
+// Operator rows after the operator header at line `r - 1`. Rows end at an
+// empty line (once a row was read), a tag, "loop_", "data_" or the end of
+// the file; scanning resumes at that line.
+static size_t read_operator_rows(const std::vector<std::string>& lines, size_t r, bool id_column,
+                                 std::vector<std::string>& symm_ops)
+{
+    bool any_row = false;
+    for (; r < lines.size(); ++r) {
+        std::string t = trimmed(lines[r]);
+        if (is_comment(t)) continue;
+        if (t.empty()) {
+            if (any_row) break;
+            continue;
+        }
+        if (t[0] == '_' || starts_with(t, "loop_") || starts_data_block(t)) break;
+        any_row = true;
+        std::string op;
+        if (id_column) {
+            size_t b = first_blank(t);
+            if (b != std::string::npos) op = t.substr(b + 1);
+        } else {
+            op = t;
+        }
+        sg_trim(op);
+        if (!op.empty()) symm_ops.push_back(op);
+    }
+    return r;
+}
+
+static bool is_operator_tag(const std::string& t)
+{
+    return contains(t, "_symmetry_equiv_pos_as_xyz") ||
+           contains(t, "_space_group_symop_operation_xyz");
+}
+
+// ---- the scanner -----------------------------------------------------------
+
+struct CifScanner {
+    FileIO& io;
+    const std::vector<std::string>& lines;
+    const char* path;
+    size_t unclosed_text_field = 0;  // 1-based line of a text field never closed
+    bool atom_loop_read = false;
+
+    size_t handle_loop(size_t loop_line);
+    size_t skip_text_field(size_t r);
+    bool apply_tag_rules(const std::string& t);
+    void scan();
+};
+
+// Skips the text field opened at line r; returns the line after its end.
+size_t CifScanner::skip_text_field(size_t r)
+{
+    for (size_t k = r + 1; k < lines.size(); ++k)
+        if (!lines[k].empty() && lines[k][0] == ';') return k + 1;
+    unclosed_text_field = r + 1;
+    return lines.size();
+}
+
+size_t CifScanner::handle_loop(size_t loop_line)
+{
+    size_t h = loop_line + 1;
+    if (h >= lines.size()) return h;
+    std::string head = trimmed(lines[h]);
+
+    bool id_column = contains(head, "_symmetry_equiv_pos_site_id");
+    size_t op_header = id_column ? h + 1 : h;
+    if (op_header < lines.size() && is_operator_tag(trimmed(lines[op_header])))
+        return read_operator_rows(lines, op_header + 1, id_column, io.symm_ops);
+
+    bool rows_read = false;
+    if (contains(head, "_atom_site_aniso")) {
+        std::vector<std::string>* dest[5] = {nullptr, nullptr, nullptr, nullptr, nullptr};
+        return read_tagged_loop(lines, h, kAnisoLoop, dest, &rows_read);
+    }
+    if (contains(head, "_atom_site")) {
+        Atoms& a = io.cif_atoms;
+        std::vector<std::string>* dest[5] = {&a.label, &a.type_symbol, &a.fract_x, &a.fract_y,
+                                             &a.fract_z};
+        size_t next = read_tagged_loop(lines, h, kAtomSiteLoop, dest, &rows_read);
+        atom_loop_read = rows_read;
+        return next;
+    }
+    if (contains(head, "_geom_bond") || contains(head, "_ccdc_geom")) {
+        Bonds& b = io.cif_bonds;
+        std::vector<std::string>* dest[5] = {&b.atom_label_1, &b.atom_label_2, &b.distance,
+                                             &b.site_symmetry_2, &b.bond_type};
+        return read_tagged_loop(lines, h, kBondLoop, dest, &rows_read);
+    }
+    return h;  // any other loop: its lines go through the ordinary rules
+}
+
+// Rules 3 to 7 of the scanner, tried in order on a trimmed line; false when
+// none applies.
+bool CifScanner::apply_tag_rules(const std::string& t)
+{
+    size_t b = first_blank(t);
+    std::string value = b == std::string::npos ? t : t.substr(b + 1);
+
+    if (starts_data_block(t)) {
+        io.identifier = t.substr(5);
+    } else if (contains(t, "_chemical_name_common")) {
+        sg_trimr(sg_triml(value));
+        io.chemical_name = value;
+        io.identifier = value;
+    } else if (contains(t, "_space_group_IT_number")) {
+        io.space_group_number = static_cast<int>(strtol(value.c_str(), nullptr, 10));
+    } else if (contains(t, "_symmetry_space_group_name_H-M") ||
+               contains(t, "_space_group_name_H-M_alt")) {
+        io.space_group_name = trim(value);
+    } else {
+        static const char* const cell_tags[6] = {"_cell_length_a",   "_cell_length_b",
+                                                 "_cell_length_c",   "_cell_angle_alpha",
+                                                 "_cell_angle_beta", "_cell_angle_gamma"};
+        for (int k = 0; k < 6; ++k) {
+            if (contains(t, cell_tags[k])) {
+                io.cell_latt[k] = strtod(value.c_str(), nullptr);
+                return true;
+            }
+        }
+        return false;
+    }
+    return true;
+}
+
+void CifScanner::scan()
+{
+    size_t r = 0;
+    while (r < lines.size() && !atom_loop_read) {
+        std::string t = trimmed(lines[r]);
+        if (t.empty() || t[0] == '#') {
+            ++r;
+        } else if (t[0] == ';') {
+            r = skip_text_field(r);
+        } else if (!apply_tag_rules(t) && contains(t, "loop_")) {
+            r = handle_loop(r);
+        } else {
+            ++r;
+        }
+    }
+}
+
+// ---- after the scan ----------------------------------------------------------
+
+static void print_cif_summary(FileIO& io)
+{
+    std::cout << "  Identifier: " << io.identifier << "\n";
+    std::cout << "  Spacegroup name: " << io.space_group_name << "\n";
+    std::cout << "  Spacegroup operations: " << "\n";
+    for (const std::string& op : io.symm_ops) std::cout << "    " << op << "\n";
+    static const char* const names[6] = {"  Cell lattice a = ",     "  Cell lattice b = ",
+                                         "  Cell lattice c = ",     "  Cell lattice alpha = ",
+                                         "  Cell lattice beta  = ", "  Cell lattice gamma = "};
+    for (int k = 0; k < 6; ++k) std::cout << names[k] << io.cell_latt[k] << "\n";
+    std::cout.flush();
+}
+
+static void print_atom(const Atoms& a, const char* title, size_t i)
+{
+    std::cout << title << a.label[i] << " " << a.type_symbol[i] << " " << a.fract_x[i] << " "
+              << a.fract_y[i] << " " << a.fract_z[i] << "\n";
+}
+
+// A cell whose matrix can be built: positive lengths and angles that close.
+static bool cell_is_valid(const double* cell)
+{
+    for (int k = 0; k < 3; ++k)
+        if (!(cell[k] > 0.0)) return false;
+    const double deg = 3.1415926535898 / 180.0;
+    double c[3];
+    for (int k = 0; k < 3; ++k) {
+        if (!(cell[3 + k] > 0.0 && cell[3 + k] < 180.0)) return false;
+        c[k] = cos(cell[3 + k] * deg);
+    }
+    return 1.0 - c[0] * c[0] - c[1] * c[1] - c[2] * c[2] + 2.0 * c[0] * c[1] * c[2] > 1e-12;
+}
+
+// Element indexes, radii and coordinates of the atoms as read.
+static void build_cif_atom_arrays(FileIO& io)
+{
+    io.free_cif_atom_arrays();
+    int n = io.natoms_cif;
+    io.cif_atypes = new int[n];
+    io.cif_radius = new double[n];
+    io.cif_x_s = new double[3 * n];
+    io.cif_x = new double[3 * n];
+    const Atoms& a = io.cif_atoms;
+    for (int i = 0; i < n; ++i) {
+        const char* symbol = a.type_symbol[i].c_str();
+        io.cif_atypes[i] = io.find_element_index_from_name(symbol);
+        io.cif_radius[i] = io.find_element_radius_from_name(symbol);
+        io.cif_x_s[3 * i] = strtod(a.fract_x[i].c_str(), nullptr);
+        io.cif_x_s[3 * i + 1] = strtod(a.fract_y[i].c_str(), nullptr);
+        io.cif_x_s[3 * i + 2] = strtod(a.fract_z[i].c_str(), nullptr);
+        io.coord_f2c(io.cif_x_s + 3 * i, io.cif_x + 3 * i);
+    }
+}
+
+void FileIO::read_data_cif(const char* path, bool verbose)
+{
+    std::vector<std::string> lines;
+    if (!read_all_lines(path, lines))
+        veska_fatal(kCifUnit, CIF_ERR_OPEN, -1, stderr, "Failed to open input file \"%s\"\n", path);
+    crystal_file = path;
+    if (verbose) std::cout << "Reading crystal file \"" << path << "\" ... " << std::endl;
+
+    CifScanner scanner{*this, lines, path};
+    scanner.scan();
+    if (scanner.unclosed_text_field)
+        printf("WARNING: the text field opened at line %zu of crystal file \"%s\" is never "
+               "closed; the rest of the file was not read\n",
+               scanner.unclosed_text_field, path);
+
+    if (verbose) print_cif_summary(*this);
+    if (!cell_is_valid(cell_latt))
+        veska_fatal(kCifUnit, CIF_ERR_NO_CELL, -1, stdout,
+                    "No valid cell in crystal file \"%s\": a = %g, b = %g, c = %g, alpha = %g, "
+                    "beta = %g, gamma = %g\n",
+                    path, cell_latt[0], cell_latt[1], cell_latt[2], cell_latt[3], cell_latt[4],
+                    cell_latt[5]);
+    double latt[3][3];
+    cell_cell6_to_latt3x3(cell_latt, latt);
+
+    natoms_cif = static_cast<int>(cif_atoms.label.size());
+    if (verbose) {
+        std::cout << "  natoms_cif = " << natoms_cif << "\n";
+        if (natoms_cif > 0) {
+            print_atom(cif_atoms, "  First atom: ", 0);
+            std::cout << "  ..." << "\n";
+            print_atom(cif_atoms, "  Last  atom: ", natoms_cif - 1);
+        }
+        std::cout.flush();
+    }
+    if (natoms_cif == 0)
+        printf("WARNING: no atom site was read from crystal file \"%s\"\n", path);
+    else if (symm_ops.empty())
+        printf("WARNING: no symmetry operator was recognised in crystal file \"%s\"; the unit "
+               "cell is left without atoms\n",
+               path);
+
+    build_cif_atom_arrays(*this);
+    make_spacegroup_P1(3);
+    for (int i = 0; i < natoms_cif; ++i) coord_f2c(cif_x_s + 3 * i, cif_x + 3 * i);
+
+    separate_cif_molecules(verbose);
+    delete[] cif_radius;
+    cif_radius = nullptr;
+    cif_loaded = true;
+    if (verbose) std::cout << "Crystal file " << crystal_file << " parsing done." << std::endl;
+}

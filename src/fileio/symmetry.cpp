@@ -1,0 +1,305 @@
+#include "fileio.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <cstdlib>
+#include <iomanip>
+#include <iostream>
+#include <locale>
+#include <sstream>
+
+#include "mmutil.h"
+
+// ---- operator text ----------------------------------------------------
+
+// "1 0 0 0.5  0 1 0 0  0 0 1 0": rotation rows with the translation as the
+// fourth number of each row. Only the numbers actually present are stored.
+static void parse_numeric_operator(const std::string& op, double R[3][3], double* t)
+{
+    std::istringstream in(op);
+    in.imbue(std::locale::classic());
+    for (int k = 0; k < 12; k++) {
+        double v;
+        if (!(in >> v)) return;
+        int row = k / 4, col = k % 4;
+        if (col == 3)
+            t[row] = v;
+        else
+            R[row][col] = v;
+    }
+}
+
+// One field of the symbolic form, e.g. "-x+1/2", into row r of R and t[r].
+static void parse_symbolic_field(const char* f, int r, double R[3][3], double* t,
+                                 double& numerator)
+{
+    double sign = 1.0;
+    bool fraction = false;
+    const char* p = f;
+    while (*p) {
+        char c = *p;
+        if (c == '+' || c == '-') {
+            sign = c == '+' ? 1.0 : -1.0;
+        } else if (c == 'x' || c == 'X' || c == 'y' || c == 'Y' || c == 'z' || c == 'Z') {
+            R[r][(c | 0x20) - 'x'] = sign;
+        } else if (c == '/') {
+            fraction = true;
+        } else if ((c >= '0' && c <= '9') || c == '.') {
+            char* end = nullptr;
+            double v = std::strtod(p, &end);
+            if (end == p) end = const_cast<char*>(p) + 1;  // a lone "." reads nothing
+            if (c != '0' && c != '.' && fraction) {
+                t[r] = sign * (numerator / v);
+                fraction = false;
+            } else {
+                if (c != '0' && c != '.') numerator = std::fabs(v);
+                t[r] = sign * v;
+            }
+            p = end;
+            continue;
+        }
+        p++;
+    }
+}
+
+static void wrap_translation(double* t)
+{
+    for (int k = 0; k < 3; k++) {
+        if (t[k] < 0.0)
+            t[k] += 1.0;
+        else if (t[k] >= 1.0)
+            t[k] -= 1.0;
+    }
+}
+
+void FileIO::ParseTransformString(const std::string& op, double R[3][3], double* t)
+{
+    if (op.find(',') == std::string::npos) {
+        if (op.find(' ') == std::string::npos) return;
+        parse_numeric_operator(op, R, t);
+    } else {
+        std::string s = RemoveWhiteSpaceUnderscore(op);
+        double numerator = 0.0;
+        size_t start = 0;
+        for (int r = 0; r < 3 && start <= s.size(); r++) {
+            size_t comma = s.find(',', start);
+            size_t len = comma == std::string::npos ? std::string::npos : comma - start;
+            parse_symbolic_field(s.substr(start, len).c_str(), r, R, t, numerator);
+            if (comma == std::string::npos) break;
+            start = comma + 1;
+        }
+    }
+    wrap_translation(t);
+}
+
+// ---- expansion --------------------------------------------------------
+
+static void print_operator(const std::string& op, double R[3][3], const double* t)
+{
+    std::cout << ">> operations: " << op << "\n" << "matrix:\n";
+    for (int r = 0; r < 3; r++) {
+        for (int c = 0; c < 3; c++) std::cout << std::setw(4) << R[r][c];
+        std::cout << "\n";
+    }
+    std::cout << "vector: ";
+    for (int k = 0; k < 3; k++) std::cout << "  " << t[k];
+    std::cout << "\n-------------------\n";
+    std::cout.flush();
+}
+
+// The image arrays the expansion builds before the overlap filter.
+struct ImageArrays {
+    int* atypes;
+    double* radius;
+    double* x;
+    double* x_s;
+};
+
+static ImageArrays new_image_arrays(int n)
+{
+    size_t un = (size_t)n;
+    return {new int[un](), new double[un](), new double[3 * un](), new double[3 * un]()};
+}
+
+// Fills images o*n .. o*n+n-1 for one operator applied to every atom.
+static void apply_operator(double R[3][3], const double* t, int n, const int* atypes,
+                           const double* radius, const double* src, int o, ImageArrays& img)
+{
+    for (int i = 0; i < n; i++) {
+        size_t j = (size_t)o * n + i;
+        img.atypes[j] = atypes[i];
+        img.radius[j] = radius ? radius[i] : (atypes[i] >= 0 ? element_radius_nw[atypes[i]] : 9999.99);
+        const double* s = src + 3 * (size_t)i;
+        double* d = img.x_s + 3 * j;
+        for (int r = 0; r < 3; r++) {
+            double v = R[r][0] * s[0] + R[r][1] * s[1] + R[r][2] * s[2] + t[r];
+            if (v < 0.0)
+                v += 1.0;
+            else if (v >= 1.0)
+                v -= 1.0;
+            d[r] = v;
+        }
+    }
+}
+
+// Coincidence of two images: minimum image per component (one step), sum
+// of squares in fractional units.
+static inline bool images_coincide(const double* a, const double* b)
+{
+    double s = 0.0;
+    for (int k = 0; k < 3; k++) {
+        double d = b[k] - a[k];
+        if (d > 0.5)
+            d -= 1.0;
+        else if (d < -0.5)
+            d += 1.0;
+        s += d * d;
+    }
+    return s < 1e-6;
+}
+
+// Bins the images into a periodic grid of g^3 cells so that the overlap
+// scan only compares images in neighbouring cells. Two images that
+// coincide (each component within 1e-3 modulo 1) always sit in the same or
+// adjacent cells, and each candidate still goes through images_coincide,
+// so the flags are exactly those of the plain pairwise scan.
+struct OverlapGrid {
+    int g = 4;
+    std::vector<int> cell_of;   // per image
+    std::vector<int> start;     // CSR offsets, g^3 + 1
+    std::vector<int> items;     // image numbers, ascending within a cell
+
+    static int axis_cell(double v, int g)
+    {
+        if (!std::isfinite(v)) return 0;
+        double f = v - std::floor(v);
+        int c = (int)(f * g);
+        return c < 0 ? 0 : (c >= g ? g - 1 : c);
+    }
+
+    void build(const double* x_s, int n)
+    {
+        g = std::max(4, std::min(64, (int)std::cbrt((double)n)));
+        size_t ncell = (size_t)g * g * g;
+        cell_of.assign((size_t)n, 0);
+        start.assign(ncell + 1, 0);
+        items.assign((size_t)n, 0);
+        for (int i = 0; i < n; i++) {
+            const double* p = x_s + 3 * (size_t)i;
+            int c = (axis_cell(p[0], g) * g + axis_cell(p[1], g)) * g + axis_cell(p[2], g);
+            cell_of[i] = c;
+            start[c + 1]++;
+        }
+        for (size_t c = 0; c < ncell; c++) start[c + 1] += start[c];
+        std::vector<int> fill(start.begin(), start.end() - 1);
+        for (int i = 0; i < n; i++) items[fill[cell_of[i]]++] = i;
+    }
+};
+
+// Flags every image that coincides with an earlier unflagged image; the
+// first image of a group survives. Returns the number flagged.
+static int flag_overlaps(const double* x_s, int n, std::vector<char>& flagged)
+{
+    flagged.assign((size_t)n, 0);
+    OverlapGrid grid;
+    grid.build(x_s, n);
+    const int g = grid.g;
+    int nflag = 0;
+    for (int a = 0; a + 1 < n; a++) {
+        if (flagged[a]) continue;
+        const double* pa = x_s + 3 * (size_t)a;
+        int c = grid.cell_of[a];
+        int cx = c / (g * g), cy = (c / g) % g, cz = c % g;
+        for (int dx = -1; dx <= 1; dx++)
+            for (int dy = -1; dy <= 1; dy++)
+                for (int dz = -1; dz <= 1; dz++) {
+                    int nc = (((cx + dx + g) % g) * g + (cy + dy + g) % g) * g + (cz + dz + g) % g;
+                    for (int k = grid.start[nc]; k < grid.start[nc + 1]; k++) {
+                        int b = grid.items[k];
+                        if (b <= a || flagged[b]) continue;
+                        if (images_coincide(pa, x_s + 3 * (size_t)b)) {
+                            flagged[b] = 1;
+                            nflag++;
+                        }
+                    }
+                }
+    }
+    return nflag;
+}
+
+// Keeps the unflagged images in image order.
+static ImageArrays compact_images(const ImageArrays& img, int n, const std::vector<char>& flagged,
+                                  int keep)
+{
+    ImageArrays out = new_image_arrays(keep);
+    int m = 0;
+    for (int j = 0; j < n; j++) {
+        if (flagged[j]) continue;
+        out.atypes[m] = img.atypes[j];
+        out.radius[m] = img.radius[j];
+        for (int k = 0; k < 3; k++) {
+            out.x[3 * m + k] = img.x[3 * j + k];
+            out.x_s[3 * m + k] = img.x_s[3 * j + k];
+        }
+        m++;
+    }
+    return out;
+}
+
+static void delete_image_arrays(ImageArrays& img)
+{
+    delete[] img.atypes;
+    delete[] img.radius;
+    delete[] img.x;
+    delete[] img.x_s;
+}
+
+void FileIO::make_spacegroup_P1(int use_fractional)
+{
+    const int n = natoms_cif;
+    const long long total = (long long)symm_ops.size() * (n > 0 ? n : 0);
+    if (total > INT_MAX)
+        veska_fatal("fileio", 301, -1, stdout,
+                    "Too many atoms after symmetry expansion of %s: %lld\n", crystal_file.c_str(),
+                    total);
+    const int N = (int)total;
+
+    // A Cartesian source is converted first so that images are always
+    // built and wrapped in fractional units.
+    std::vector<double> src;
+    if (!use_fractional && n > 0) {
+        src.assign(cif_x, cif_x + 3 * (size_t)n);
+        for (int i = 0; i < n; i++) coord_c2f(&src[3 * (size_t)i], &src[3 * (size_t)i]);
+    }
+    const double* from = use_fractional ? cif_x_s : src.data();
+    if (n > 0 && (from == nullptr || cif_atypes == nullptr))
+        veska_fatal("fileio", 302, -1, stdout, "No atom coordinates to expand for %s\n",
+                    crystal_file.c_str());
+
+    ImageArrays img = new_image_arrays(N);
+    for (size_t o = 0; o < symm_ops.size() && n > 0; o++) {
+        double R[3][3] = {{0, 0, 0}, {0, 0, 0}, {0, 0, 0}};
+        double t[3] = {0, 0, 0};
+        ParseTransformString(symm_ops[o], R, t);
+        if (debug_print) print_operator(symm_ops[o], R, t);
+        apply_operator(R, t, n, cif_atypes, cif_radius, from, (int)o, img);
+    }
+
+    std::vector<char> flagged;
+    int nflag = flag_overlaps(img.x_s, N, flagged);
+    if (nflag > 0) {
+        printf("WARNING: Overlapped atoms detected and to be removed\n");
+        printf("         Number of overlapped atoms is %d\n", nflag);
+        printf("         Number of remaining atoms is %d\n", N - nflag);
+        ImageArrays kept = compact_images(img, N, flagged, N - nflag);
+        delete_image_arrays(img);
+        img = kept;
+    }
+    free_cif_atom_arrays();
+    cif_atypes = img.atypes;
+    cif_radius = img.radius;
+    cif_x = img.x;
+    cif_x_s = img.x_s;
+    natoms_cif = N - nflag;
+}

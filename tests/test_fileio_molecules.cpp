@@ -1,0 +1,219 @@
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "fileio.h"
+
+namespace {
+
+void cubic(FileIO& f, double a)
+{
+    double cell[6] = {a, a, a, 90, 90, 90};
+    double latt[3][3];
+    f.cell_cell6_to_latt3x3(cell, latt);
+}
+
+// Cell atoms at fractional positions, all with the same separation radius.
+void load_cell(FileIO& f, const std::vector<double>& xs, double radius)
+{
+    int n = (int)xs.size() / 3;
+    f.free_cif_atom_arrays();
+    f.natoms_cif = n;
+    f.cif_atypes = new int[n];
+    f.cif_radius = new double[n];
+    f.cif_x_s = new double[3 * n];
+    for (int i = 0; i < n; i++) {
+        f.cif_atypes[i] = 6;
+        f.cif_radius[i] = radius;
+        for (int k = 0; k < 3; k++) f.cif_x_s[3 * i + k] = xs[3 * i + k];
+    }
+}
+
+}  // namespace
+
+TEST(Separation, InterleavedMoleculesAndJoiningOrder)
+{
+    FileIO f;
+    cubic(f, 10.0);
+    // Molecule A: atoms 0, 4, 2 form a chain along x (1.5 A steps);
+    // molecule B: atoms 1, 3. They interleave in the atom list.
+    load_cell(f, {0.10, 0.1, 0.1, 0.10, 0.6, 0.6, 0.40, 0.1, 0.1, 0.25, 0.6, 0.6, 0.25, 0.1, 0.1},
+              0.77);
+    testing::internal::CaptureStdout();
+    f.separate_cif_molecules(true);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "  Unit cell nmols  = 2\n  Unit cell natoms = 3 2\n");
+    EXPECT_EQ(f.mol_natoms_list, (std::vector<int>{3, 2}));
+    EXPECT_EQ(f.mol_atom_list, (std::vector<int>{0, 4, 2, 1, 3}));
+    // Running again gives the same lists, not doubled ones.
+    f.separate_cif_molecules(false);
+    EXPECT_EQ(f.mol_atom_list.size(), 5u);
+}
+
+TEST(Separation, BondsAcrossTheFaceAndUnknownRadius)
+{
+    FileIO f;
+    cubic(f, 10.0);
+    load_cell(f, {0.98, 0.5, 0.5, 0.5, 0.5, 0.5, 0.02, 0.5, 0.5}, 0.35);
+    f.separate_cif_molecules(false);
+    EXPECT_EQ(f.mol_natoms_list, (std::vector<int>{2, 1}));
+    EXPECT_EQ(f.mol_atom_list, (std::vector<int>{0, 2, 1}));
+    // An unknown element (radius 9999.99) reaches every atom.
+    f.cif_radius[1] = 9999.99;
+    f.separate_cif_molecules(false);
+    EXPECT_EQ(f.mol_natoms_list, (std::vector<int>{3}));
+    EXPECT_EQ(f.mol_atom_list, (std::vector<int>{0, 1, 2}));
+}
+
+TEST(Separation, BondExactlyAtTheLimitIsNotFound)
+{
+    FileIO f;
+    cubic(f, 4.0);  // a power of two keeps 4 * (L / 4) == L exactly
+    double limit = (0.77 + 0.77) * f.bond_dis_scale;
+    load_cell(f, {0.0, 0.1, 0.1, limit / 4.0, 0.1, 0.1}, 0.77);
+    double d = f.cif_x_s[3] - f.cif_x_s[0];
+    ASSERT_EQ(std::sqrt((4 * d) * (4 * d)), limit);
+    f.separate_cif_molecules(false);
+    EXPECT_EQ(f.mol_natoms_list, (std::vector<int>{1, 1}));
+    f.cif_x_s[3] = std::nextafter(f.cif_x_s[3], 0.0);
+    f.separate_cif_molecules(false);
+    EXPECT_EQ(f.mol_natoms_list, (std::vector<int>{2}));
+}
+
+TEST(MakeWhole, StraddlingMoleculeIsUnwrapped)
+{
+    FileIO f;
+    cubic(f, 10.0);
+    int at[2] = {6, 6};
+    double x[6] = {0.98, 0.5, 0.5, 0.02, 0.5, 0.5};
+    testing::internal::CaptureStdout();
+    f.make_whole_molecule(1, 2, at, x, true);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "  molecule 1 COM =  1.000000  0.500000  0.500000\n");
+    EXPECT_NEAR(x[3], 1.02, 1e-12);
+    EXPECT_EQ(x[0], 0.98);
+
+    // Centre at 1.03 after unwrapping: the whole molecule moves by -1.
+    double y[6] = {0.99, 0.5, 0.5, 0.07, 0.5, 0.5};
+    testing::internal::CaptureStdout();
+    f.make_whole_molecule(2, 2, at, y, true);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "  molecule 2 COM =  1.030000  0.500000  0.500000\n"
+              "  molecule 2 COM =  0.030000  0.500000  0.500000 (wrapped)\n");
+    EXPECT_NEAR(y[0], -0.01, 1e-12);
+    EXPECT_NEAR(y[3], 0.07, 1e-12);
+
+    // Below zero moves by +1.
+    double z[6] = {0.5, 0.5, 0.01, 0.5, 0.5, 0.95};
+    f.make_whole_molecule(3, 2, at, z, false);
+    EXPECT_NEAR(z[2], 1.01, 1e-12);
+    EXPECT_NEAR(z[5], 0.95, 1e-12);
+
+    // The centre weighs the masses: O at 0.005 and H unwrapped to -0.075
+    // have their centre above zero (a plain mean would be below).
+    int oh[2] = {8, 1};
+    double w[6] = {0.5, 0.5, 0.005, 0.5, 0.5, 0.93};
+    f.make_whole_molecule(4, 2, oh, w, false);
+    EXPECT_NEAR(w[2], 0.005, 1e-12);
+    EXPECT_NEAR(w[5], -0.07, 1e-12);
+}
+
+TEST(MakeWhole, UnknownElementUsesDummyRadius)
+{
+    FileIO f;
+    cubic(f, 10.0);
+    int at[2] = {-1, 6};  // dummy covalent radius 0.72, as carbon
+    double x[6] = {0.5, 0.5, 0.5, 0.64, 0.5, 0.5};
+    f.make_whole_molecule(1, 2, at, x, false);
+    EXPECT_NEAR(x[3], 0.64, 1e-15);
+}
+
+TEST(MakeWhole, ExactLimitAndIncompleteMoleculeExit)
+{
+    FileIO f;
+    cubic(f, 4.0);
+    double limit = (0.72 + 0.72) * f.bond_dis_scale;
+    int at[2] = {6, 6};
+    double x[6] = {0.0, 0.1, 0.1, limit / 4.0, 0.1, 0.1};
+    ASSERT_EQ(4.0 * (x[3] - x[0]), limit);
+    EXPECT_EXIT(
+        {
+            dup2(2, 1);
+            f.make_whole_molecule(1, 2, at, x, false);
+        },
+        testing::ExitedWithCode(1),
+        "ERROR  transport : fileio : line [0-9]+ : \nNot all atoms are bonded in the "
+        "molecule!\nnat_bonded = 1, natoms = 2\n");
+    x[3] = std::nextafter(x[3], 0.0);
+    f.make_whole_molecule(1, 2, at, x, false);
+}
+
+namespace {
+
+void set_molecules(FileIO& f, std::vector<int> natoms, std::vector<double> mass,
+                   std::vector<std::vector<double>> moments)
+{
+    f.nmols = (int)natoms.size();
+    f.natoms_mol = new int[f.nmols];
+    f.mol_mass = new double[f.nmols];
+    f.prin_moment = new double*[f.nmols];
+    f.hl_mol_index = new int[f.nmols];
+    f.hl_unique_list = new int[f.nmols];
+    f.re_mol_index = new int[f.nmols];
+    f.re_unique_list = new int[f.nmols];
+    for (int m = 0; m < f.nmols; m++) {
+        f.natoms_mol[m] = natoms[m];
+        f.mol_mass[m] = mass[m];
+        f.prin_moment[m] = new double[3]{moments[m][0], moments[m][1], moments[m][2]};
+        f.hl_mol_index[m] = f.re_mol_index[m] = m + 1;
+    }
+}
+
+}  // namespace
+
+TEST(Duplicates, HLExampleOneTwoOneFour)
+{
+    FileIO f;
+    set_molecules(f, {10, 10, 10, 12}, {128.2, 128.2, 128.25, 160.0},
+                  {{1, 2, 3}, {1, 2, 3.5}, {1.05, 2, 2.95}, {1, 2, 3}});
+    testing::internal::CaptureStdout();
+    bool unique = f.HL_check_unitcell_same_mols(true);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "**** Check HL Duplicate Molecules in Unit Cell ****\n"
+              "  Unit cell molecule indexes:  1 2 1 4\n"
+              "  Unit cell unique molecule indexes: 1 2 4\n"
+              "**** End of Check HL Duplicate Molecules in Unit Cell ****\n\n");
+    EXPECT_FALSE(unique);
+    EXPECT_TRUE(f.hl_same_flag);
+    EXPECT_EQ(f.hl_unique_count, 3);
+    EXPECT_EQ(f.hl_unique_list[2], 4);
+    // The RE test ignores orientation: 0, 1, 2 are one molecule.
+    f.RE_check_unitcell_same_mols(false);
+    EXPECT_EQ(f.re_mol_index[1], 1);
+    EXPECT_EQ(f.re_mol_index[2], 1);
+    EXPECT_EQ(f.re_unique_count, 2);
+    EXPECT_TRUE(f.RE_mols_if_the_same(0, 1));
+    EXPECT_FALSE(f.HL_mols_if_the_same(0, 1));
+}
+
+TEST(Duplicates, LaterMoleculeOverwritesAndAllUnique)
+{
+    FileIO f;
+    // 0~2 and 1~2 but not 0~1: the later i wins for molecule 2.
+    set_molecules(f, {5, 5, 5}, {10.0, 10.15, 10.08}, {{1, 1, 1}, {1, 1, 1}, {1, 1, 1}});
+    EXPECT_FALSE(f.HL_check_unitcell_same_mols(false));
+    EXPECT_EQ(f.hl_mol_index[2], 2);
+    EXPECT_EQ(f.hl_unique_count, 2);
+
+    FileIO g;
+    set_molecules(g, {5, 6}, {10.0, 10.0}, {{1, 1, 1}, {1, 1, 1}});
+    testing::internal::CaptureStdout();
+    EXPECT_TRUE(g.HL_check_unitcell_same_mols(true));
+    std::string out = testing::internal::GetCapturedStdout();
+    EXPECT_FALSE(g.hl_same_flag);
+    EXPECT_NE(out.find("**** End of Check HL Duplicate Molecules in Unit Cell ****\n\n"),
+              std::string::npos);
+}

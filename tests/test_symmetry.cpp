@@ -1,0 +1,200 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "fileio.h"
+
+namespace {
+
+struct Op {
+    double R[3][3] = {{0, 0, 0}, {0, 0, 0}, {0, 0, 0}};
+    double t[3] = {0, 0, 0};
+};
+
+Op parse(const std::string& text)
+{
+    FileIO f;
+    Op op;
+    f.ParseTransformString(text, op.R, op.t);
+    return op;
+}
+
+void expect_rows(const Op& op, std::vector<double> rows, std::vector<double> t)
+{
+    for (int r = 0; r < 3; r++)
+        for (int c = 0; c < 3; c++) EXPECT_DOUBLE_EQ(op.R[r][c], rows[3 * r + c]) << r << c;
+    for (int k = 0; k < 3; k++) EXPECT_NEAR(op.t[k], t[k], 1e-15) << k;
+}
+
+// Loads n atoms (all carbon) at the given fractional positions.
+void load_atoms(FileIO& f, const std::vector<double>& xs, std::vector<std::string> ops)
+{
+    int n = (int)xs.size() / 3;
+    f.free_cif_atom_arrays();
+    f.natoms_cif = n;
+    f.cif_atypes = new int[n];
+    f.cif_radius = new double[n];
+    f.cif_x_s = new double[3 * n];
+    f.cif_x = new double[3 * n];
+    for (int i = 0; i < n; i++) {
+        f.cif_atypes[i] = 6;
+        f.cif_radius[i] = 0.77;
+        for (int k = 0; k < 3; k++) f.cif_x_s[3 * i + k] = xs[3 * i + k];
+    }
+    f.symm_ops = ops;
+}
+
+}  // namespace
+
+TEST(SymmetryParse, SymbolicFields)
+{
+    expect_rows(parse("-x+1/2,y+1/2,-z+1/2"), {-1, 0, 0, 0, 1, 0, 0, 0, -1}, {0.5, 0.5, 0.5});
+    // y-1/4 gives -0.25, wrapped once into the cell.
+    expect_rows(parse("x,y-1/4,z"), {1, 0, 0, 0, 1, 0, 0, 0, 1}, {0, 0.75, 0});
+    expect_rows(parse("x+0.5,y,z"), {1, 0, 0, 0, 1, 0, 0, 0, 1}, {0.5, 0, 0});
+    expect_rows(parse("x-1,y,z"), {1, 0, 0, 0, 1, 0, 0, 0, 1}, {0, 0, 0});
+    expect_rows(parse(" 'X', -Y _ ,\tZ+3/4 "), {1, 0, 0, 0, -1, 0, 0, 0, 1}, {0, 0, 0.75});
+    expect_rows(parse("1/2+x,-1/3-y,z"), {1, 0, 0, 0, -1, 0, 0, 0, 1}, {0.5, 2.0 / 3.0, 0});
+    expect_rows(parse("x-y,x,z+5/6"), {1, -1, 0, 1, 0, 0, 0, 0, 1}, {0, 0, 5.0 / 6.0});
+    // A leading zero never forms a fraction; "0.25" is read whole.
+    expect_rows(parse("x,y,z+0.25"), {1, 0, 0, 0, 1, 0, 0, 0, 1}, {0, 0, 0.25});
+    // Two fields only: the third row stays zero.
+    expect_rows(parse("y,x"), {0, 1, 0, 1, 0, 0, 0, 0, 0}, {0, 0, 0});
+}
+
+TEST(SymmetryParse, NumericFormAndNothing)
+{
+    expect_rows(parse("1 0 0 0.5 0 1 0 0 0 0 1 0"), {1, 0, 0, 0, 1, 0, 0, 0, 1}, {0.5, 0, 0});
+    expect_rows(parse("0 -1 0 0 1 0 0 0.25 0 0 -1 -0.5"), {0, -1, 0, 1, 0, 0, 0, 0, -1},
+                {0, 0.25, 0.5});
+    // Short numeric text: only what is there is written.
+    expect_rows(parse("0 1 0 0 1"), {0, 1, 0, 1, 0, 0, 0, 0, 0}, {0, 0, 0});
+    // No comma and no blank: nothing is parsed, the caller's values stay.
+    FileIO f;
+    Op op;
+    op.R[0][0] = 7;
+    op.t[2] = 0.3;
+    f.ParseTransformString("xyz", op.R, op.t);
+    EXPECT_EQ(op.R[0][0], 7);
+    EXPECT_EQ(op.R[1][1], 0);
+    EXPECT_EQ(op.t[2], 0.3);
+}
+
+TEST(SymmetryExpand, InversionAtOriginOverlaps)
+{
+    FileIO f;
+    load_atoms(f, {0, 0, 0, 0.1, 0.2, 0.3}, {"x,y,z", "-x,-y,-z"});
+    testing::internal::CaptureStdout();
+    f.make_spacegroup_P1(3);
+    std::string out = testing::internal::GetCapturedStdout();
+    EXPECT_EQ(out,
+              "WARNING: Overlapped atoms detected and to be removed\n"
+              "         Number of overlapped atoms is 1\n"
+              "         Number of remaining atoms is 3\n");
+    ASSERT_EQ(f.natoms_cif, 3);
+    // Image order: operator by operator; image 2 (origin again) is gone.
+    EXPECT_NEAR(f.cif_x_s[3], 0.1, 1e-15);
+    EXPECT_NEAR(f.cif_x_s[6], 0.9, 1e-15);
+    EXPECT_NEAR(f.cif_x_s[7], 0.8, 1e-15);
+    EXPECT_NEAR(f.cif_x_s[8], 0.7, 1e-15);
+    EXPECT_EQ(f.cif_atypes[2], 6);
+    EXPECT_DOUBLE_EQ(f.cif_radius[2], 0.77);
+}
+
+TEST(SymmetryExpand, OverlapAcrossFaceAndNoOperators)
+{
+    FileIO f;
+    load_atoms(f, {0.9999999, 0.5, 0.5, 0.0000001, 0.5, 0.5, 0.5, 0.5, 0.5}, {"x,y,z"});
+    testing::internal::CaptureStdout();
+    f.make_spacegroup_P1(3);
+    std::string out = testing::internal::GetCapturedStdout();
+    EXPECT_NE(out.find("overlapped atoms is 1\n"), std::string::npos);
+    ASSERT_EQ(f.natoms_cif, 2);
+    EXPECT_EQ(f.cif_x_s[0], 0.9999999);
+    EXPECT_EQ(f.cif_x_s[3], 0.5);
+
+    // Just outside the limit: 1e-3 apart in x alone is not an overlap.
+    load_atoms(f, {0.2, 0.5, 0.5, 0.2011, 0.5, 0.5}, {"x,y,z"});
+    testing::internal::CaptureStdout();
+    f.make_spacegroup_P1(3);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(f.natoms_cif, 2);
+
+    load_atoms(f, {0.1, 0.2, 0.3}, {});
+    f.make_spacegroup_P1(3);
+    EXPECT_EQ(f.natoms_cif, 0);
+}
+
+// The binned overlap scan must flag exactly what the plain pairwise scan
+// flags: many near-coincident images, images on the faces and positions
+// left outside [0, 1) by the single wrap.
+TEST(SymmetryExpand, SameSurvivorsAsPairwiseScan)
+{
+    std::mt19937 rng(7);
+    std::uniform_int_distribution<int> grid(0, 7);
+    std::uniform_real_distribution<double> jitter(-6e-4, 6e-4);
+    std::vector<double> xs;
+    for (int i = 0; i < 300; i++)
+        for (int k = 0; k < 3; k++) xs.push_back(grid(rng) / 8.0 + (i % 3 ? jitter(rng) : 0.0));
+    std::vector<std::string> ops = {"x,y,z", "-x,-y,-z", "-x+1/2,y+1/2,-z+1/2",
+                                    "x+1/2,-y+1/2,z+1/2", "2 0 0 0 0 1 0 0 0 0 1 -1.5"};
+    FileIO f;
+    load_atoms(f, xs, ops);
+    int n = (int)xs.size() / 3;
+
+    std::vector<double> img;
+    for (auto& s : ops) {
+        Op op = parse(s);
+        for (int i = 0; i < n; i++)
+            for (int r = 0; r < 3; r++) {
+                double v = op.t[r];
+                for (int c = 0; c < 3; c++) v += op.R[r][c] * xs[3 * i + c];
+                v = v < 0 ? v + 1 : (v >= 1 ? v - 1 : v);
+                img.push_back(v);
+            }
+    }
+    int N = (int)img.size() / 3;
+    std::vector<char> flag(N, 0);
+    for (int a = 0; a < N - 1; a++) {
+        if (flag[a]) continue;
+        for (int b = a + 1; b < N; b++) {
+            if (flag[b]) continue;
+            double s = 0;
+            for (int k = 0; k < 3; k++) {
+                double d = img[3 * b + k] - img[3 * a + k];
+                d = d > 0.5 ? d - 1 : (d < -0.5 ? d + 1 : d);
+                s += d * d;
+            }
+            if (s < 1e-6) flag[b] = 1;
+        }
+    }
+    std::vector<double> expect;
+    for (int j = 0; j < N; j++)
+        if (!flag[j]) expect.insert(expect.end(), img.begin() + 3 * j, img.begin() + 3 * j + 3);
+
+    testing::internal::CaptureStdout();
+    f.make_spacegroup_P1(3);
+    testing::internal::GetCapturedStdout();
+    ASSERT_EQ(f.natoms_cif * 3, (int)expect.size());
+    ASSERT_LT(f.natoms_cif, N);
+    for (size_t k = 0; k < expect.size(); k++) ASSERT_EQ(f.cif_x_s[k], expect[k]) << k;
+}
+
+TEST(SymmetryExpand, CartesianSourceIsConvertedFirst)
+{
+    FileIO f;
+    double cell[6] = {10, 10, 10, 90, 90, 90};
+    double latt[3][3];
+    f.cell_cell6_to_latt3x3(cell, latt);
+    load_atoms(f, {0, 0, 0}, {"x+1/2,y,z"});
+    f.cif_x[0] = 1.0;
+    f.cif_x[1] = 2.0;
+    f.cif_x[2] = 3.0;
+    f.make_spacegroup_P1(0);
+    ASSERT_EQ(f.natoms_cif, 1);
+    EXPECT_NEAR(f.cif_x_s[0], 0.6, 1e-12);
+    EXPECT_NEAR(f.cif_x_s[1], 0.2, 1e-12);
+    EXPECT_NEAR(f.cif_x_s[2], 0.3, 1e-12);
+}
