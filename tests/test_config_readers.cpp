@@ -364,3 +364,45 @@ TEST(VeskaInpReader, WriteThenReadRoundTrip)
     EXPECT_EQ(in.input_kind, 1);
     EXPECT_EQ(in.mol_files, out.mol_files);
 }
+
+TEST(VeskaInpReader, EveryWriterLayoutReadsBack)
+{
+    ScratchDir dir;
+    clear_veska_environment();
+    VeskaInp out;
+    out.set_varables_default();
+    out.set_compute_engine(2);
+    out.module_gau_flag = true;
+    out.module_qc = "orca/5";
+    out.queue_name = "q9";
+    out.nsimu = 77;
+    out.latt_vec[1][1] = 6.5;
+    testing::internal::CaptureStdout();
+    ASSERT_TRUE(out.write_veska_inp_terse("terse.inp", 1, false));
+    ASSERT_TRUE(out.write_veska_inp_verbose("verbose.inp", 1, false));
+    ASSERT_TRUE(out.write_config_inp("config.inp", 1, false));
+    testing::internal::GetCapturedStdout();
+
+    for (const char* name : {"terse.inp", "verbose.inp"}) {
+        SCOPED_TRACE(name);
+        VeskaInp in;
+        in.read_veska_inp(name, false);
+        EXPECT_EQ(in.compute_engine, 2);
+        EXPECT_EQ(in.qc_exe, "fullpath/orca");
+        EXPECT_EQ(in.module_qc, "orca/5");
+        EXPECT_TRUE(in.module_gau_flag);
+        EXPECT_EQ(in.queue_name, "q9");
+        EXPECT_EQ(in.nsimu, 77);
+        EXPECT_DOUBLE_EQ(in.latt_vec[1][1], 6.5);
+        EXPECT_EQ(in.mol_files, (std::vector<std::string>{"mol1.mol", "mol2.mol"}));
+    }
+    VeskaInp old;
+    testing::internal::CaptureStdout();
+    old.read_config_inp("config.inp", false);
+    testing::internal::GetCapturedStdout();
+    EXPECT_EQ(old.qc_exe, "fullpath/orca");
+    EXPECT_EQ(old.queue_name, "q9");
+    EXPECT_EQ(old.nsimu, 77);
+    EXPECT_DOUBLE_EQ(old.latt_vec[1][1], 6.5);
+    EXPECT_EQ(old.nmols, 2);
+}
