@@ -59,19 +59,23 @@ TEST(FileioElements, NamesMassesRadii)
     FileIO f;
     char out[8];
     std::memset(out, 'z', sizeof out);
-    f.find_element_name_from_index(6, out);
-    EXPECT_STREQ(out, "C");
-    f.find_element_name_from_index(17, out);
-    EXPECT_STREQ(out, "Cl");
-    f.find_element_name_from_mass(12.0, out);
-    EXPECT_STREQ(out, "C ");
-    f.find_element_name_from_mass(0.05, out);
-    EXPECT_STREQ(out, "A ");
-    f.find_element_name_from_mass(35.45, out);
-    EXPECT_STREQ(out, "Cl");
-    // 0.1 apart exactly is not a match (strict): nothing near 500.
-    f.find_element_name_from_mass(500.0, out);
-    EXPECT_STREQ(out, "A ");
+    const struct {
+        int index;
+        const char* name;
+    } by_index[] = {{6, "C"}, {17, "Cl"}, {1, "H"}, {103, "Lr"}};
+    for (auto& c : by_index) {
+        f.find_element_name_from_index(c.index, out);
+        EXPECT_STREQ(out, c.name);
+    }
+    // The blank of one-letter symbols is kept; nothing near 0.05 or 500.
+    const struct {
+        double mass;
+        const char* name;
+    } by_mass[] = {{12.0, "C "}, {0.05, "A "}, {35.45, "Cl"}, {500.0, "A "}, {1.1, "H "}};
+    for (auto& c : by_mass) {
+        f.find_element_name_from_mass(c.mass, out);
+        EXPECT_STREQ(out, c.name) << c.mass;
+    }
     EXPECT_DOUBLE_EQ(f.find_element_mass_from_index(1), 1.00794);
     EXPECT_DOUBLE_EQ(f.find_element_radius_from_index(6), 0.72);
     EXPECT_DOUBLE_EQ(f.find_element_radius_from_index(0), 0.72);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "fileio.h"
+#include "fileio_test_cell.h"
 
 namespace {
 
@@ -19,20 +20,9 @@ void cubic(FileIO& f, double a)
     f.cell_cell6_to_latt3x3(cell, latt);
 }
 
-// Cell atoms at fractional positions, all with the same separation radius.
 void load_cell(FileIO& f, const std::vector<double>& xs, double radius)
 {
-    int n = (int)xs.size() / 3;
-    f.free_cif_atom_arrays();
-    f.natoms_cif = n;
-    f.cif_atypes = new int[n];
-    f.cif_radius = new double[n];
-    f.cif_x_s = new double[3 * n];
-    for (int i = 0; i < n; i++) {
-        f.cif_atypes[i] = 6;
-        f.cif_radius[i] = radius;
-        for (int k = 0; k < 3; k++) f.cif_x_s[3 * i + k] = xs[3 * i + k];
-    }
+    load_test_cell(f, xs, radius);
 }
 
 }  // namespace

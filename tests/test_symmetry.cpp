@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "fileio.h"
+#include "fileio_test_cell.h"
 
 namespace {
 
@@ -28,21 +29,9 @@ void expect_rows(const Op& op, std::vector<double> rows, std::vector<double> t)
     for (int k = 0; k < 3; k++) EXPECT_NEAR(op.t[k], t[k], 1e-15) << k;
 }
 
-// Loads n atoms (all carbon) at the given fractional positions.
 void load_atoms(FileIO& f, const std::vector<double>& xs, std::vector<std::string> ops)
 {
-    int n = (int)xs.size() / 3;
-    f.free_cif_atom_arrays();
-    f.natoms_cif = n;
-    f.cif_atypes = new int[n];
-    f.cif_radius = new double[n];
-    f.cif_x_s = new double[3 * n];
-    f.cif_x = new double[3 * n];
-    for (int i = 0; i < n; i++) {
-        f.cif_atypes[i] = 6;
-        f.cif_radius[i] = 0.77;
-        for (int k = 0; k < 3; k++) f.cif_x_s[3 * i + k] = xs[3 * i + k];
-    }
+    load_test_cell(f, xs, 0.77);
     f.symm_ops = ops;
 }
 
