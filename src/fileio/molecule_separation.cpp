@@ -158,6 +158,10 @@ static void build_bond_graph(const FileIO& f, int n, BondGraph& graph)
 void FileIO::separate_cif_molecules(bool verbose)
 {
     const int n = natoms_cif > 0 ? natoms_cif : 0;
+    if (n > 0 && (!cif_x_s || !cif_radius))
+        veska_fatal("fileio", 402, -1, stdout,
+                    "No fractional coordinates or radii to separate molecules of %s\n",
+                    crystal_file.c_str());
     mol_natoms_list.clear();
     mol_atom_list.clear();
     mol_atom_list.reserve((size_t)n);
