@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include "fileio.h"
@@ -67,6 +68,10 @@ TEST(FileioElements, NamesMassesRadii)
         f.find_element_name_from_index(c.index, out);
         EXPECT_STREQ(out, c.name);
     }
+    // A one-letter symbol writes two bytes only (callers pass char[2]).
+    std::memset(out, 'z', sizeof out);
+    f.find_element_name_from_index(7, out);
+    EXPECT_EQ(std::string(out, 3), std::string("N\0z", 3));
     // The blank of one-letter symbols is kept; nothing near 0.05 or 500.
     const struct {
         double mass;

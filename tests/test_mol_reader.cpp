@@ -267,6 +267,11 @@ TEST_F(MolReader, V3000HostileFilesDoNotCrash)
     read_mol(v3000("M  V30 COUNTS 1 1 0 0 0\nM  V30 BEGIN ATOM\nM  V30 1 C 1 2 3 0\n"
                    "M  V30 END ATOM\nM  V30 BEGIN BOND\nM  V30 1 1 1 9 CFG=2\nM  V30 END BOND\n"));
     expect_atom(0, 0, 6, 1, 2, 3);
+    FileIO bare;  // no per-molecule storage at all
+    std::istringstream atoms("M  V30 1 C 1 2 3 0\nM  V30 END ATOM\n");
+    EXPECT_FALSE(bare.ReadAtomBlock(atoms));
+    std::istringstream ctab("M  V30 BEGIN CTAB\nM  V30 COUNTS 1 0 0 0 0\n");
+    EXPECT_FALSE(bare.ReadV3000Block(ctab, 0, false));
     std::istringstream bond("M  V30 1 1 1 2 CFG\nM  V30 END BOND\n");
     EXPECT_FALSE(f.ReadBondBlock(bond));
 }
