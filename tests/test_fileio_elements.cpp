@@ -162,21 +162,11 @@ TEST(FileioCell, PeriodicWraps)
     EXPECT_NEAR(e[1], -0.7, 1e-15);
 }
 
-TEST(FileioDefaults, MembersAndStubs)
+TEST(FileioDefaults, OrcaOutputBlock)
 {
     FileIO f;
-    EXPECT_FALSE(f.cif_loaded);
-    EXPECT_EQ(f.space_group_number, -1);
-    EXPECT_STREQ(f.get_identifier(), "veska");
-    EXPECT_EQ(f.data_dir, "data");
-    EXPECT_DOUBLE_EQ(f.bond_dis_scale, 1.15);
-    EXPECT_FALSE(f.re_same_flag);
-    EXPECT_TRUE(f.hl_same_flag);
     EXPECT_EQ(f.orca_output_block,
               "%output\n  PrintLevel=Normal\n  Print[ P_Basis       ] 2\n"
               "  Print[ P_Overlap     ] 1\n  Print[ P_OrbEn       ] 1\n"
               "  Print[ P_MOs         ] 1\nend\n");
-    EXPECT_EQ(f.AddBond(1, 2, 1, 0), 1);
-    f.cif_atoms.type_symbol.push_back("Cl");
-    EXPECT_STREQ(f.get_cif_atom_symbol(0), "Cl");
 }

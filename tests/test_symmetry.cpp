@@ -170,20 +170,3 @@ TEST(SymmetryExpand, SameSurvivorsAsPairwiseScan)
     ASSERT_LT(f.natoms_cif, N);
     for (size_t k = 0; k < expect.size(); k++) ASSERT_EQ(f.cif_x_s[k], expect[k]) << k;
 }
-
-TEST(SymmetryExpand, CartesianSourceIsConvertedFirst)
-{
-    FileIO f;
-    double cell[6] = {10, 10, 10, 90, 90, 90};
-    double latt[3][3];
-    f.cell_cell6_to_latt3x3(cell, latt);
-    load_atoms(f, {0, 0, 0}, {"x+1/2,y,z"});
-    f.cif_x[0] = 1.0;
-    f.cif_x[1] = 2.0;
-    f.cif_x[2] = 3.0;
-    f.make_spacegroup_P1(0);
-    ASSERT_EQ(f.natoms_cif, 1);
-    EXPECT_NEAR(f.cif_x_s[0], 0.6, 1e-12);
-    EXPECT_NEAR(f.cif_x_s[1], 0.2, 1e-12);
-    EXPECT_NEAR(f.cif_x_s[2], 0.3, 1e-12);
-}
