@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "fileio.h"
+#include "fileio_test_cell.h"
 
 TEST(StructureChain, AnthraceneCell)
 {
@@ -29,18 +30,12 @@ TEST(StructureChain, AnthraceneCell)
     double latt[3][3];
     f.cell_cell6_to_latt3x3(cell, latt);
     f.symm_ops = {"x,y,z", "-x,1/2+y,1/2-z", "-x,-y,-z", "x,1/2-y,1/2+z"};
-    int n = 12;
-    f.natoms_cif = n;
-    f.cif_atypes = new int[n];
-    f.cif_radius = new double[n];
-    f.cif_x_s = new double[3 * n];
-    f.cif_x = new double[3 * n]();
-    for (int i = 0; i < n; i++) {
+    std::vector<double> xs;
+    for (auto& site : sites) xs.insert(xs.end(), {site.x, site.y, site.z});
+    load_test_cell(f, xs, 0.0);
+    for (int i = 0; i < f.natoms_cif; i++) {
         f.cif_atypes[i] = f.find_element_index_from_name(sites[i].symbol);
         f.cif_radius[i] = f.find_element_radius_from_name(sites[i].symbol);
-        f.cif_x_s[3 * i] = sites[i].x;
-        f.cif_x_s[3 * i + 1] = sites[i].y;
-        f.cif_x_s[3 * i + 2] = sites[i].z;
     }
     testing::internal::CaptureStdout();
     f.make_spacegroup_P1(3);
