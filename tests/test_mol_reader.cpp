@@ -21,8 +21,8 @@ protected:
 
     void SetUp() override
     {
-        char tmpl[] = "/tmp/veska_molXXXXXX";
-        ASSERT_NE(mkdtemp(tmpl), nullptr);
+        std::string tmpl = testing::TempDir() + "veska_molXXXXXX";
+        ASSERT_NE(mkdtemp(&tmpl[0]), nullptr);
         dir = tmpl;
         storage(2);
     }
