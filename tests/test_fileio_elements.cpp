@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include "fileio.h"
@@ -59,19 +60,27 @@ TEST(FileioElements, NamesMassesRadii)
     FileIO f;
     char out[8];
     std::memset(out, 'z', sizeof out);
-    f.find_element_name_from_index(6, out);
-    EXPECT_STREQ(out, "C");
-    f.find_element_name_from_index(17, out);
-    EXPECT_STREQ(out, "Cl");
-    f.find_element_name_from_mass(12.0, out);
-    EXPECT_STREQ(out, "C ");
-    f.find_element_name_from_mass(0.05, out);
-    EXPECT_STREQ(out, "A ");
-    f.find_element_name_from_mass(35.45, out);
-    EXPECT_STREQ(out, "Cl");
-    // 0.1 apart exactly is not a match (strict): nothing near 500.
-    f.find_element_name_from_mass(500.0, out);
-    EXPECT_STREQ(out, "A ");
+    const struct {
+        int index;
+        const char* name;
+    } by_index[] = {{6, "C"}, {17, "Cl"}, {1, "H"}, {103, "Lr"}};
+    for (auto& c : by_index) {
+        f.find_element_name_from_index(c.index, out);
+        EXPECT_STREQ(out, c.name);
+    }
+    // A one-letter symbol writes two bytes only (callers pass char[2]).
+    std::memset(out, 'z', sizeof out);
+    f.find_element_name_from_index(7, out);
+    EXPECT_EQ(std::string(out, 3), std::string("N\0z", 3));
+    // The blank of one-letter symbols is kept; nothing near 0.05 or 500.
+    const struct {
+        double mass;
+        const char* name;
+    } by_mass[] = {{12.0, "C "}, {0.05, "A "}, {35.45, "Cl"}, {500.0, "A "}, {1.1, "H "}};
+    for (auto& c : by_mass) {
+        f.find_element_name_from_mass(c.mass, out);
+        EXPECT_STREQ(out, c.name) << c.mass;
+    }
     EXPECT_DOUBLE_EQ(f.find_element_mass_from_index(1), 1.00794);
     EXPECT_DOUBLE_EQ(f.find_element_radius_from_index(6), 0.72);
     EXPECT_DOUBLE_EQ(f.find_element_radius_from_index(0), 0.72);
@@ -153,21 +162,11 @@ TEST(FileioCell, PeriodicWraps)
     EXPECT_NEAR(e[1], -0.7, 1e-15);
 }
 
-TEST(FileioDefaults, MembersAndStubs)
+TEST(FileioDefaults, OrcaOutputBlock)
 {
     FileIO f;
-    EXPECT_FALSE(f.cif_loaded);
-    EXPECT_EQ(f.space_group_number, -1);
-    EXPECT_STREQ(f.get_identifier(), "veska");
-    EXPECT_EQ(f.data_dir, "data");
-    EXPECT_DOUBLE_EQ(f.bond_dis_scale, 1.15);
-    EXPECT_FALSE(f.re_same_flag);
-    EXPECT_TRUE(f.hl_same_flag);
     EXPECT_EQ(f.orca_output_block,
               "%output\n  PrintLevel=Normal\n  Print[ P_Basis       ] 2\n"
               "  Print[ P_Overlap     ] 1\n  Print[ P_OrbEn       ] 1\n"
               "  Print[ P_MOs         ] 1\nend\n");
-    EXPECT_EQ(f.AddBond(1, 2, 1, 0), 1);
-    f.cif_atoms.type_symbol.push_back("Cl");
-    EXPECT_STREQ(f.get_cif_atom_symbol(0), "Cl");
 }

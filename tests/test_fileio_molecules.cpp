@@ -2,11 +2,14 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
+#include <random>
 #include <string>
 #include <vector>
 
 #include "fileio.h"
+#include "fileio_test_cell.h"
 
 namespace {
 
@@ -17,20 +20,9 @@ void cubic(FileIO& f, double a)
     f.cell_cell6_to_latt3x3(cell, latt);
 }
 
-// Cell atoms at fractional positions, all with the same separation radius.
 void load_cell(FileIO& f, const std::vector<double>& xs, double radius)
 {
-    int n = (int)xs.size() / 3;
-    f.free_cif_atom_arrays();
-    f.natoms_cif = n;
-    f.cif_atypes = new int[n];
-    f.cif_radius = new double[n];
-    f.cif_x_s = new double[3 * n];
-    for (int i = 0; i < n; i++) {
-        f.cif_atypes[i] = 6;
-        f.cif_radius[i] = radius;
-        for (int k = 0; k < 3; k++) f.cif_x_s[3 * i + k] = xs[3 * i + k];
-    }
+    load_test_cell(f, xs, radius);
 }
 
 }  // namespace
@@ -216,4 +208,72 @@ TEST(Duplicates, LaterMoleculeOverwritesAndAllUnique)
     EXPECT_FALSE(g.hl_same_flag);
     EXPECT_NE(out.find("**** End of Check HL Duplicate Molecules in Unit Cell ****\n\n"),
               std::string::npos);
+}
+
+namespace {
+
+// The separation as the repeated plain search step defines it.
+void separate_by_search_step(FileIO& f, std::vector<int>& counts, std::vector<int>& order)
+{
+    int n = f.natoms_cif;
+    std::vector<int> avail(n, 1), members(n);
+    int in_mol = 0;
+    counts.clear();
+    order.clear();
+    for (;;) {
+        int atom, partner;
+        double dist;
+        f.find_bond_atom(n, avail.data(), in_mol, members.data(), &atom, &partner, &dist);
+        if (atom >= 0) {
+            avail[atom] = 0;
+            members[in_mol++] = atom;
+            continue;
+        }
+        if (in_mol == 0) break;
+        counts.push_back(in_mol);
+        order.insert(order.end(), members.begin(), members.begin() + in_mol);
+        in_mol = 0;
+    }
+}
+
+}  // namespace
+
+// The graph walk must give the molecules of the plain search, in the same
+// order and with the same atom order, for any cell.
+TEST(Separation, SameMoleculesAsThePlainSearch)
+{
+    std::mt19937 rng(11);
+    std::uniform_real_distribution<double> u(-0.2, 1.2);
+    const double cells[][6] = {{9.1, 7.3, 12.8, 101.9, 112.6, 85.8},
+                               {4.0, 4.0, 30.0, 90, 90, 120},
+                               {25, 25, 25, 90, 90, 90},
+                               {18, 14, 22, 95, 100, 105}};
+    const double radii[] = {0.35, 0.77, 1.04, 1.98};
+    int split_cells = 0;
+    for (int trial = 0; trial < 16; trial++) {
+        FileIO f;
+        double cell[6];
+        std::copy(cells[trial % 4], cells[trial % 4] + 6, cell);
+        double latt[3][3];
+        f.cell_cell6_to_latt3x3(cell, latt);
+        if (trial >= 8) f.bond_dis_scale = 1.4;
+        // Clusters of atoms so that molecules of many sizes form.
+        std::vector<double> xs;
+        for (int c = 0; c < 12; c++) {
+            double cx = u(rng), cy = u(rng), cz = u(rng);
+            for (int a = 0; a < 1 + c % 7; a++)
+                for (double o : {cx, cy, cz}) xs.push_back(o + 0.05 * (u(rng) - 0.5));
+        }
+        load_cell(f, xs, 0.77);
+        for (int i = 0; i < f.natoms_cif; i++) f.cif_radius[i] = radii[(i * 7 + trial) % 4];
+        if (trial == 5) f.cif_radius[3] = 9999.99;
+        if (trial == 6) f.cif_x_s[4] = 3.0e6;
+        std::vector<int> counts, order;
+        separate_by_search_step(f, counts, order);
+        f.separate_cif_molecules(false);
+        EXPECT_EQ(f.mol_natoms_list, counts) << trial;
+        EXPECT_EQ(f.mol_atom_list, order) << trial;
+        if (counts.size() > 3) split_cells++;
+    }
+    EXPECT_GE(split_cells, 6);  // the cases are not all one big molecule
 }

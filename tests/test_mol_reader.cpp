@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -20,8 +21,8 @@ protected:
 
     void SetUp() override
     {
-        char tmpl[] = "/tmp/veska_molXXXXXX";
-        ASSERT_NE(mkdtemp(tmpl), nullptr);
+        std::string tmpl = testing::TempDir() + "veska_molXXXXXX";
+        ASSERT_NE(mkdtemp(&tmpl[0]), nullptr);
         dir = tmpl;
         storage(2);
     }
@@ -49,12 +50,10 @@ protected:
     // The reader fills a slot without releasing what it held before.
     void release(int m)
     {
-        delete[] f.atypes_mol[m];
-        delete[] f.x_mol[m];
-        delete[] f.x_s_mol[m];
+        std::unique_ptr<int[]> types(f.atypes_mol[m]);
+        std::unique_ptr<double[]> x(f.x_mol[m]), x_s(f.x_s_mol[m]);
         f.atypes_mol[m] = nullptr;
-        f.x_mol[m] = nullptr;
-        f.x_s_mol[m] = nullptr;
+        f.x_mol[m] = f.x_s_mol[m] = nullptr;
     }
     std::string read_mol(const std::string& text, int m = 0, bool verbose = false)
     {
@@ -119,43 +118,32 @@ TEST_F(MolReader, V2000ChiralFlagWarns)
 TEST_F(MolReader, V2000FatalErrors)
 {
     const std::string header = "\nERROR  transport : fileio : line [0-9]+ : \n";
-    std::string path = write("a.mol", std::string(kHeader) + "  1  0  1  0  0  0\n");
-    EXPECT_EXIT(
-        {
-            dup2(2, 1);
-            f.read_data_mol(path.c_str(), 0, false);
-        },
-        testing::ExitedWithCode(1),
-        header + "WARNING: Problems reading the Count line of an MDL file\n"
-                 "         There may be erroneous addition spaces or\n"
-                 "         the file may contains Atom Lists, which are ignored\n");
-    path = write("a.mol", std::string(kHeader) + " 1  0\n");
-    EXPECT_EXIT(
-        {
-            dup2(2, 1);
-            f.read_data_mol(path.c_str(), 0, false);
-        },
-        testing::ExitedWithCode(1),
-        header + "WARNING: Problems reading a MDL file\n"
-                 "         Cannot read atom and bond count\n"
-                 "         Expected standard 6 character atom and bond count\n");
-    path = write("a.mol", "only one line\n");
-    EXPECT_EXIT(
-        {
-            dup2(2, 1);
-            f.read_data_mol(path.c_str(), 0, false);
-        },
-        testing::ExitedWithCode(1), "Cannot read atom and bond count");
-    path = write("a.mol", std::string(kHeader) + "  3  0  0  0  0  0\n"
-                                                 "    1.0000    2.0000    3.0000 N \n");
-    EXPECT_EXIT(
-        {
-            dup2(2, 1);
-            f.read_data_mol(path.c_str(), 0, false);
-        },
-        testing::ExitedWithCode(1),
-        header + "WARNING: Problems reading a MDL file\n"
-                 "         Not enough atoms to match atom count \\(3\\) in counts line\n");
+    const struct {
+        std::string text, message;
+    } cases[] = {
+        {std::string(kHeader) + "  1  0  1  0  0  0\n",
+         header + "WARNING: Problems reading the Count line of an MDL file\n"
+                  "         There may be erroneous addition spaces or\n"
+                  "         the file may contains Atom Lists, which are ignored\n"},
+        {std::string(kHeader) + " 1  0\n",
+         header + "WARNING: Problems reading a MDL file\n"
+                  "         Cannot read atom and bond count\n"
+                  "         Expected standard 6 character atom and bond count\n"},
+        {"only one line\n", "Cannot read atom and bond count"},
+        {std::string(kHeader) + "  3  0  0  0  0  0\n    1.0000    2.0000    3.0000 N \n",
+         header + "WARNING: Problems reading a MDL file\n"
+                  "         Not enough atoms to match atom count \\(3\\) in counts line\n"},
+        {std::string(kHeader) + " -5  0  0  0  0  0\n", "Negative atom count"},
+    };
+    for (auto& c : cases) {
+        std::string path = write("a.mol", c.text);
+        EXPECT_EXIT(
+            {
+                dup2(2, 1);
+                f.read_data_mol(path.c_str(), 0, false);
+            },
+            testing::ExitedWithCode(1), c.message);
+    }
     std::string missing = dir + "/none.mol";
     EXPECT_EXIT(f.read_data_mol(missing.c_str(), 0, false), testing::ExitedWithCode(255),
                 "^Failed to open input file \"" + missing + "\"\n$");
@@ -279,11 +267,13 @@ TEST_F(MolReader, V3000HostileFilesDoNotCrash)
     read_mol(v3000("M  V30 COUNTS 1 1 0 0 0\nM  V30 BEGIN ATOM\nM  V30 1 C 1 2 3 0\n"
                    "M  V30 END ATOM\nM  V30 BEGIN BOND\nM  V30 1 1 1 9 CFG=2\nM  V30 END BOND\n"));
     expect_atom(0, 0, 6, 1, 2, 3);
+    FileIO bare;  // no per-molecule storage at all
+    std::istringstream atoms("M  V30 1 C 1 2 3 0\nM  V30 END ATOM\n");
+    EXPECT_FALSE(bare.ReadAtomBlock(atoms));
+    std::istringstream ctab("M  V30 BEGIN CTAB\nM  V30 COUNTS 1 0 0 0 0\n");
+    EXPECT_FALSE(bare.ReadV3000Block(ctab, 0, false));
     std::istringstream bond("M  V30 1 1 1 2 CFG\nM  V30 END BOND\n");
     EXPECT_FALSE(f.ReadBondBlock(bond));
-    // V2000 negative count.
-    std::string path = write("a.mol", std::string(kHeader) + " -5  0  0  0  0  0\n");
-    EXPECT_EXIT(f.read_data_mol(path.c_str(), 0, false), testing::ExitedWithCode(1), "");
 }
 
 TEST_F(MolReader, RGroupAtomStoresNothing)

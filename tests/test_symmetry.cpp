@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "fileio.h"
+#include "fileio_test_cell.h"
 
 namespace {
 
@@ -28,21 +29,9 @@ void expect_rows(const Op& op, std::vector<double> rows, std::vector<double> t)
     for (int k = 0; k < 3; k++) EXPECT_NEAR(op.t[k], t[k], 1e-15) << k;
 }
 
-// Loads n atoms (all carbon) at the given fractional positions.
 void load_atoms(FileIO& f, const std::vector<double>& xs, std::vector<std::string> ops)
 {
-    int n = (int)xs.size() / 3;
-    f.free_cif_atom_arrays();
-    f.natoms_cif = n;
-    f.cif_atypes = new int[n];
-    f.cif_radius = new double[n];
-    f.cif_x_s = new double[3 * n];
-    f.cif_x = new double[3 * n];
-    for (int i = 0; i < n; i++) {
-        f.cif_atypes[i] = 6;
-        f.cif_radius[i] = 0.77;
-        for (int k = 0; k < 3; k++) f.cif_x_s[3 * i + k] = xs[3 * i + k];
-    }
+    load_test_cell(f, xs, 0.77);
     f.symm_ops = ops;
 }
 
@@ -180,21 +169,4 @@ TEST(SymmetryExpand, SameSurvivorsAsPairwiseScan)
     ASSERT_EQ(f.natoms_cif * 3, (int)expect.size());
     ASSERT_LT(f.natoms_cif, N);
     for (size_t k = 0; k < expect.size(); k++) ASSERT_EQ(f.cif_x_s[k], expect[k]) << k;
-}
-
-TEST(SymmetryExpand, CartesianSourceIsConvertedFirst)
-{
-    FileIO f;
-    double cell[6] = {10, 10, 10, 90, 90, 90};
-    double latt[3][3];
-    f.cell_cell6_to_latt3x3(cell, latt);
-    load_atoms(f, {0, 0, 0}, {"x+1/2,y,z"});
-    f.cif_x[0] = 1.0;
-    f.cif_x[1] = 2.0;
-    f.cif_x[2] = 3.0;
-    f.make_spacegroup_P1(0);
-    ASSERT_EQ(f.natoms_cif, 1);
-    EXPECT_NEAR(f.cif_x_s[0], 0.6, 1e-12);
-    EXPECT_NEAR(f.cif_x_s[1], 0.2, 1e-12);
-    EXPECT_NEAR(f.cif_x_s[2], 0.3, 1e-12);
 }

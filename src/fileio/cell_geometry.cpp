@@ -73,22 +73,23 @@ static void apply_matrix(const double m[3][3], const double* in, double* out)
     for (int r = 0; r < 3; r++) out[r] = m[r][0] * x + m[r][1] * y + m[r][2] * z;
 }
 
-void FileIO::coord_f2c(double& x, double& y, double& z)
+static void apply_matrix(const double m[3][3], double& x, double& y, double& z)
 {
     double v[3] = {x, y, z};
-    apply_matrix(latt3x3, v, v);
+    apply_matrix(m, v, v);
     x = v[0];
     y = v[1];
     z = v[2];
 }
 
+void FileIO::coord_f2c(double& x, double& y, double& z)
+{
+    apply_matrix(latt3x3, x, y, z);
+}
+
 void FileIO::coord_c2f(double& x, double& y, double& z)
 {
-    double v[3] = {x, y, z};
-    apply_matrix(latt3x3_inv, v, v);
-    x = v[0];
-    y = v[1];
-    z = v[2];
+    apply_matrix(latt3x3_inv, x, y, z);
 }
 
 void FileIO::coord_f2c(double* in, double* out)

@@ -162,7 +162,11 @@ double FileIO::find_element_radius_from_name(const char* name)
 void FileIO::find_element_name_from_index(int i, char* out)
 {
     out[0] = element_table[i].symbol[0];
-    out[1] = element_table[i].symbol[1] == ' ' ? '\0' : element_table[i].symbol[1];
+    if (element_table[i].symbol[1] == ' ') {
+        out[1] = '\0';  // one character and its terminator, nothing beyond
+        return;
+    }
+    out[1] = element_table[i].symbol[1];
     out[2] = '\0';
 }
 

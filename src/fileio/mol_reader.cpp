@@ -58,6 +58,11 @@ static bool whole_double(const std::string& s, double& v)
 
 // ---- per-molecule storage -----------------------------------------------
 
+static bool has_molecule_storage(const FileIO& f, int m)
+{
+    return f.natoms_mol && f.atypes_mol && f.x_mol && f.x_s_mol && m >= 0 && m < f.nmols;
+}
+
 static void clear_molecule(FileIO& f, int m)
 {
     delete[] f.atypes_mol[m];
@@ -140,7 +145,7 @@ void FileIO::read_data_mol(const char* path, int m, bool verbose)
     std::ifstream in(path);
     if (!in)
         veska_fatal("fileio", 505, -1, stderr, "Failed to open input file \"%s\"\n", path);
-    if (!natoms_mol || !atypes_mol || !x_mol || !x_s_mol || m < 0 || m >= nmols)
+    if (!has_molecule_storage(*this, m))
         veska_fatal("fileio", 506, -1, stdout,
                     "No storage for molecule %d (of %d) to read \"%s\" into\n", m + 1, nmols,
                     path);
@@ -222,6 +227,7 @@ static bool read_atom_options(FileIO& f, const std::vector<std::string>& v)
 bool FileIO::ReadAtomBlock(std::istream& in)
 {
     const int m = v3000_mol;
+    if (!has_molecule_storage(*this, m)) return false;
     int pos = 0;
     for (;;) {
         if (!ReadV3000Line(in, v3000_names)) return false;
@@ -334,6 +340,7 @@ static bool read_ctab(FileIO& f, std::istream& in, int m, bool verbose, int dept
 
 bool FileIO::ReadV3000Block(std::istream& in, int m, bool verbose)
 {
+    if (!has_molecule_storage(*this, m)) return false;
     v3000_mol = m;
     bool ok = read_blocks(*this, in, m, verbose, 0);
     if (debug_print) {

@@ -3,19 +3,23 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <functional>
 #include <vector>
 
 #include "mmutil.h"
+#include "periodic_grid.h"
 
 // ---- periodic distances -------------------------------------------------
 
 // Minimum image of one fractional component by repeated steps of 1, as the
-// bond searches have always done; absurd values get the closed form so that
-// a hostile file cannot stall the loop.
+// bond searches have always done; absurd values get the closed form with
+// the same result range so that a hostile file cannot stall the loop. Odd
+// in d (min_image(-d) == -min_image(d)), so every bond test is symmetric.
 static inline double min_image(double d)
 {
     if (!std::isfinite(d)) return d;
-    if (std::fabs(d) > 64.0) return d - std::floor(d + 0.5);
+    if (d > 64.0) return d - std::ceil(d - 0.5);
+    if (d < -64.0) return d + std::ceil(-d - 0.5);
     while (d > 0.5) d -= 1.0;
     while (d < -0.5) d += 1.0;
     return d;
@@ -44,13 +48,21 @@ static inline double pair_distance(const double latt[3][3], const double* xa, co
 
 // ---- separation of the cell ---------------------------------------------
 
+// The separation's bond test between molecule atom m and candidate i:
+// second radii, periodic distance, strict comparison.
+static inline bool cell_atoms_bonded(const FileIO& f, int m, int i, double* dist)
+{
+    double d[3];
+    *dist = pair_distance(f.latt3x3, f.cif_x_s + 3 * (size_t)i, f.cif_x_s + 3 * (size_t)m, true, d);
+    return (f.cif_radius[m] + f.cif_radius[i]) * f.bond_dis_scale > *dist;
+}
+
 void FileIO::find_bond_atom(int natoms, int* avail, int n_in_mol, int* mol_atoms, int* atom,
                             int* partner, double* dist)
 {
     *atom = -1;
     *partner = -1;
     *dist = 9999.99;
-    double d[3];
     for (int i = 0; i < natoms; i++) {
         if (!avail[i]) continue;
         if (n_in_mol == 0) {
@@ -59,12 +71,10 @@ void FileIO::find_bond_atom(int natoms, int* avail, int n_in_mol, int* mol_atoms
             *dist = 0.0;
             return;
         }
-        const double* xi = cif_x_s + 3 * (size_t)i;
         for (int k = 0; k < n_in_mol; k++) {
             int m = mol_atoms[k];
-            if (m == i) continue;
-            double r = pair_distance(latt3x3, xi, cif_x_s + 3 * (size_t)m, true, d);
-            if ((cif_radius[m] + cif_radius[i]) * bond_dis_scale > r) {
+            double r;
+            if (m != i && cell_atoms_bonded(*this, m, i, &r)) {
                 *atom = i;
                 *partner = m;
                 *dist = r;
@@ -74,28 +84,115 @@ void FileIO::find_bond_atom(int natoms, int* avail, int n_in_mol, int* mol_atoms
     }
 }
 
+// Cells per axis for the bond search: no narrower than the largest bond in
+// fractional units along that axis (|f_k| <= |row k of the inverse| * |L f|),
+// with a margin for rounding. A single cell (all pairs) when the cell or
+// coordinates make the bound meaningless.
+static void bond_grid_cells(const FileIO& f, int n, int cells[3])
+{
+    cells[0] = cells[1] = cells[2] = 1;
+    double rmax = 0.0;
+    for (int i = 0; i < n; i++) {
+        if (!(std::fabs(f.cif_radius[i]) < 1e6)) return;
+        rmax = std::max(rmax, std::fabs(f.cif_radius[i]));
+        for (int k = 0; k < 3; k++)
+            if (!(std::fabs(f.cif_x_s[3 * (size_t)i + k]) <= 1e6)) return;
+    }
+    double cutoff = 2.0 * rmax * std::fabs(f.bond_dis_scale);
+    for (int k = 0; k < 3; k++) {
+        const double* row = f.latt3x3_inv[k];
+        double h = std::sqrt(row[0] * row[0] + row[1] * row[1] + row[2] * row[2]) * cutoff;
+        h = h * (1.0 + 1e-6) + 1e-9;
+        if (!std::isfinite(h)) return;
+        cells[k] = h >= 0.5 ? 1 : std::min(64, (int)std::floor(1.0 / h));
+    }
+}
+
+// The bond graph of the cell, every pair tested once (the test is symmetric).
+struct BondGraph {
+    std::vector<int> start, adj;
+};
+
+static void build_bond_graph(const FileIO& f, int n, BondGraph& graph)
+{
+    int cells[3];
+    bond_grid_cells(f, n, cells);
+    PeriodicGrid grid;
+    grid.build(f.cif_x_s, n, cells);
+    std::vector<int> ea, eb;
+    ea.reserve(4 * (size_t)n);
+    eb.reserve(4 * (size_t)n);
+    int near[27];
+    for (int a = 0; a < n; a++) {
+        int nnear = grid.neighbour_cells(grid.cell_of[a], near);
+        for (int c = 0; c < nnear; c++)
+            for (int k = grid.start[near[c]]; k < grid.start[near[c] + 1]; k++) {
+                int b = grid.items[k];
+                double r;
+                if (b > a && cell_atoms_bonded(f, a, b, &r)) {
+                    ea.push_back(a);
+                    eb.push_back(b);
+                }
+            }
+    }
+    graph.start.assign((size_t)n + 1, 0);
+    for (size_t e = 0; e < ea.size(); e++) {
+        graph.start[ea[e] + 1]++;
+        graph.start[eb[e] + 1]++;
+    }
+    for (int i = 0; i < n; i++) graph.start[i + 1] += graph.start[i];
+    graph.adj.assign(2 * ea.size(), 0);
+    std::vector<int> fill(graph.start.begin(), graph.start.end() - 1);
+    for (size_t e = 0; e < ea.size(); e++) {
+        graph.adj[fill[ea[e]]++] = eb[e];
+        graph.adj[fill[eb[e]]++] = ea[e];
+    }
+}
+
+// Same molecules, in the same order and with the same atom order, as
+// repeating find_bond_atom: each step takes the lowest-index free atom
+// bonded to any member, which is the smallest entry of a min-heap of the
+// members' free neighbours. The bonds are found once through a grid
+// instead of once per step, which turns the quadratic scans into a walk
+// over the bond graph.
 void FileIO::separate_cif_molecules(bool verbose)
 {
-    const int n = natoms_cif;
+    const int n = natoms_cif > 0 ? natoms_cif : 0;
+    if (n > 0 && (!cif_x_s || !cif_radius))
+        veska_fatal("fileio", 402, -1, stdout,
+                    "No fractional coordinates or radii to separate molecules of %s\n",
+                    crystal_file.c_str());
     mol_natoms_list.clear();
     mol_atom_list.clear();
-    mol_atom_list.reserve((size_t)(n > 0 ? n : 0));
-    std::vector<int> avail((size_t)(n > 0 ? n : 0), 1);
-    std::vector<int> members(avail.size());
-    int n_in_mol = 0;
+    mol_atom_list.reserve((size_t)n);
+    BondGraph graph;
+    build_bond_graph(*this, n, graph);
+    std::vector<char> avail((size_t)n, 1);
+    std::vector<int> heap;
+    heap.reserve(graph.adj.size() + 1);
+    auto later = std::greater<int>();
+    int next_start = 0;
     for (;;) {
-        int atom, partner;
-        double dist;
-        find_bond_atom(n, avail.data(), n_in_mol, members.data(), &atom, &partner, &dist);
-        if (atom >= 0) {
+        while (next_start < n && !avail[next_start]) next_start++;
+        if (next_start == n) break;
+        size_t first = mol_atom_list.size();
+        int atom = next_start;
+        for (;;) {
             avail[atom] = 0;
-            members[n_in_mol++] = atom;
-            continue;
+            mol_atom_list.push_back(atom);
+            for (int e = graph.start[atom]; e < graph.start[atom + 1]; e++)
+                if (avail[graph.adj[e]]) {
+                    heap.push_back(graph.adj[e]);
+                    std::push_heap(heap.begin(), heap.end(), later);
+                }
+            while (!heap.empty() && !avail[heap.front()]) {
+                std::pop_heap(heap.begin(), heap.end(), later);
+                heap.pop_back();
+            }
+            if (heap.empty()) break;
+            atom = heap.front();
         }
-        if (n_in_mol == 0) break;
-        mol_natoms_list.push_back(n_in_mol);
-        mol_atom_list.insert(mol_atom_list.end(), members.begin(), members.begin() + n_in_mol);
-        n_in_mol = 0;
+        mol_natoms_list.push_back((int)(mol_atom_list.size() - first));
     }
     if (verbose) {
         printf("  Unit cell nmols  = %d\n", (int)mol_natoms_list.size());

@@ -10,6 +10,7 @@
 #include <sstream>
 
 #include "mmutil.h"
+#include "periodic_grid.h"
 
 // ---- operator text ----------------------------------------------------
 
@@ -159,71 +160,32 @@ static inline bool images_coincide(const double* a, const double* b)
     return s < 1e-6;
 }
 
-// Bins the images into a periodic grid of g^3 cells so that the overlap
-// scan only compares images in neighbouring cells. Two images that
-// coincide (each component within 1e-3 modulo 1) always sit in the same or
-// adjacent cells, and each candidate still goes through images_coincide,
-// so the flags are exactly those of the plain pairwise scan.
-struct OverlapGrid {
-    int g = 4;
-    std::vector<int> cell_of;   // per image
-    std::vector<int> start;     // CSR offsets, g^3 + 1
-    std::vector<int> items;     // image numbers, ascending within a cell
-
-    static int axis_cell(double v, int g)
-    {
-        if (!std::isfinite(v)) return 0;
-        double f = v - std::floor(v);
-        int c = (int)(f * g);
-        return c < 0 ? 0 : (c >= g ? g - 1 : c);
-    }
-
-    void build(const double* x_s, int n)
-    {
-        g = std::max(4, std::min(64, (int)std::cbrt((double)n)));
-        size_t ncell = (size_t)g * g * g;
-        cell_of.assign((size_t)n, 0);
-        start.assign(ncell + 1, 0);
-        items.assign((size_t)n, 0);
-        for (int i = 0; i < n; i++) {
-            const double* p = x_s + 3 * (size_t)i;
-            int c = (axis_cell(p[0], g) * g + axis_cell(p[1], g)) * g + axis_cell(p[2], g);
-            cell_of[i] = c;
-            start[c + 1]++;
-        }
-        for (size_t c = 0; c < ncell; c++) start[c + 1] += start[c];
-        std::vector<int> fill(start.begin(), start.end() - 1);
-        for (int i = 0; i < n; i++) items[fill[cell_of[i]]++] = i;
-    }
-};
-
-// Flags every image that coincides with an earlier unflagged image; the
-// first image of a group survives. Returns the number flagged.
+// Coincident images (each component within 1e-3 modulo 1) always sit in
+// the same or adjacent cells of a grid of at most 64 cells per axis, so the
+// binned scan flags exactly what the plain pairwise scan flags. The first
+// image of a group survives. Returns the number flagged.
 static int flag_overlaps(const double* x_s, int n, std::vector<char>& flagged)
 {
     flagged.assign((size_t)n, 0);
-    OverlapGrid grid;
-    grid.build(x_s, n);
-    const int g = grid.g;
+    int g = std::max(4, std::min(64, (int)std::cbrt((double)n)));
+    int cells[3] = {g, g, g};
+    PeriodicGrid grid;
+    grid.build(x_s, n, cells);
+    int near[27];
     int nflag = 0;
     for (int a = 0; a + 1 < n; a++) {
         if (flagged[a]) continue;
         const double* pa = x_s + 3 * (size_t)a;
-        int c = grid.cell_of[a];
-        int cx = c / (g * g), cy = (c / g) % g, cz = c % g;
-        for (int dx = -1; dx <= 1; dx++)
-            for (int dy = -1; dy <= 1; dy++)
-                for (int dz = -1; dz <= 1; dz++) {
-                    int nc = (((cx + dx + g) % g) * g + (cy + dy + g) % g) * g + (cz + dz + g) % g;
-                    for (int k = grid.start[nc]; k < grid.start[nc + 1]; k++) {
-                        int b = grid.items[k];
-                        if (b <= a || flagged[b]) continue;
-                        if (images_coincide(pa, x_s + 3 * (size_t)b)) {
-                            flagged[b] = 1;
-                            nflag++;
-                        }
-                    }
+        int nnear = grid.neighbour_cells(grid.cell_of[a], near);
+        for (int c = 0; c < nnear; c++)
+            for (int k = grid.start[near[c]]; k < grid.start[near[c] + 1]; k++) {
+                int b = grid.items[k];
+                if (b <= a || flagged[b]) continue;
+                if (images_coincide(pa, x_s + 3 * (size_t)b)) {
+                    flagged[b] = 1;
+                    nflag++;
                 }
+            }
     }
     return nflag;
 }
