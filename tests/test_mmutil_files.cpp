@@ -130,3 +130,22 @@ TEST_F(MmutilFiles, WorkdirGlobAndDate)
     EXPECT_EQ(month, local.tm_mon + 1);
     EXPECT_EQ(day, local.tm_mday);
 }
+
+TEST(MmutilWriteTextFile, WholeOrNotAtAll)
+{
+    char dir_template[] = "/tmp/veska_write_XXXXXX";
+    ASSERT_NE(mkdtemp(dir_template), nullptr);
+    std::string dir = dir_template;
+    std::string path = dir + "/a b;$x.txt";
+    EXPECT_EQ(write_text_file(path.c_str(), "line\n"), WRITE_OK);
+    std::ifstream in(path);
+    std::string got((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    EXPECT_EQ(got, "line\n");
+    EXPECT_EQ(write_text_file((dir + "/missing/x").c_str(), "x"), WRITE_OPEN_FAILED);
+    EXPECT_EQ(write_text_file(nullptr, "x"), WRITE_OPEN_FAILED);
+    if (access("/dev/full", W_OK) == 0) {
+        EXPECT_EQ(write_text_file("/dev/full", "x"), WRITE_FAILED);
+    }
+    remove(path.c_str());
+    rmdir(dir.c_str());
+}

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <string>
 
+#include "mmutil.h"
 #include "transport.h"
 
 namespace {
@@ -143,10 +144,8 @@ void warn_unreadable_environment()
 
 void write_run_script()
 {
-    FILE* f = fopen("run.sh", "wt");
-    if (!f) return;
-    fputs("#!/bin/sh\n\npython $VESKA_ROOT/bin/veska.py &> log &\n\n", f);
-    fclose(f);
+    // Not reported when it cannot be written: the command still succeeds.
+    write_text_file("run.sh", "#!/bin/sh\n\npython $VESKA_ROOT/bin/veska.py &> log &\n\n");
 }
 
 void generate(const CommandState& s)

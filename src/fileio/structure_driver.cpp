@@ -109,7 +109,6 @@ static std::string molecule_bond_table(FileIO& io, int m)
     const double* x = io.x_mol[m];
     std::string body;
     int count = 0;
-    char row[64];
     for (int i = 0; i < n; ++i) {
         double ri = io.find_element_radius_from_index(types[i] < 0 ? 0 : types[i]);
         for (int j = i + 1; j < n; ++j) {
@@ -117,8 +116,7 @@ static std::string molecule_bond_table(FileIO& io, int m)
             double d[3] = {x[3 * j] - x[3 * i], x[3 * j + 1] - x[3 * i + 1],
                            x[3 * j + 2] - x[3 * i + 2]};
             if (get_magnitude(d) < (ri + rj) * io.bond_dis_scale) {
-                snprintf(row, sizeof row, "%3d %3d  0  0\n", i + 1, j + 1);
-                body += row;
+                body += format_string("%3d %3d  0  0\n", i + 1, j + 1);
                 ++count;
             }
         }
@@ -133,10 +131,8 @@ static void write_bond_files(FileIO& io)
         if (!io.x_mol[m]) continue;
         std::string path = io.data_dir + "/mol" + std::to_string(m + 1) + "_bonds.dat";
         std::string text = molecule_bond_table(io, m);
-        FILE* out = fopen(path.c_str(), "wt");
-        if (!out) veska_fatal_open_output(kDriverUnit, DRIVER_ERR_BOND_FILE, path.c_str());
-        fwrite(text.data(), 1, text.size(), out);
-        fclose(out);
+        if (write_text_file(path.c_str(), text) != WRITE_OK)
+            veska_fatal_open_output(kDriverUnit, DRIVER_ERR_BOND_FILE, path.c_str());
     }
 }
 

@@ -2,11 +2,10 @@
 
 #include <cstdarg>
 #include <cstdio>
-#include <memory>
-#include <sys/stat.h>
 #include <vector>
 
 #include "fatal.h"
+#include "mmutil.h"
 
 static bool bverbose_local = false;
 
@@ -36,25 +35,11 @@ std::string output_element_symbol(FileIO& fio, int i, int atom, const char* path
     return symbol;
 }
 
-struct FileCloser {
-    void operator()(FILE* f) const
-    {
-        if (f) fclose(f);
-    }
-};
-
 bool write_whole_file(const char* path, const std::string& text)
 {
-    std::unique_ptr<FILE, FileCloser> out(fopen(path, "wt"));
-    if (!out) return false;
-    const bool written = fwrite(text.data(), 1, text.size(), out.get()) == text.size();
-    const bool closed = fclose(out.release()) == 0;
-    if (!written || !closed) {
-        struct stat st;
-        if (stat(path, &st) == 0 && S_ISREG(st.st_mode)) remove(path);
-        veska_fatal("fileio", 3602, -1, stderr, "Failed to write output file %s\n", path);
-    }
-    return true;
+    const int rc = write_text_file(path, text);
+    if (rc == WRITE_FAILED) veska_fatal("fileio", 3602, -1, stderr, "Failed to write output file %s\n", path);
+    return rc == WRITE_OK;
 }
 
 void announce_output(const char* what, const char* path, bool quoted)

@@ -76,13 +76,10 @@ void emit_job_script(const Jobscript& js, const JobRequest& request, int dialect
     path += std::string(request.script_name ? request.script_name : "") + "." + js.script_ext[ext];
 
     std::string text = compose_job_script(js, request, dialect);
-    FILE* fp = fopen(path.c_str(), "w");
-    if (!fp) veska_fatal_open_output("job_scripts", kind.writer_error[dialect], path.c_str());
+    int rc = write_text_file(path.c_str(), text);
+    if (rc == WRITE_OPEN_FAILED) veska_fatal_open_output("job_scripts", kind.writer_error[dialect], path.c_str());
     if (js.verbose) printf("Writing gaussian job %s script %s ...\n", kJobDialects[dialect].label, path.c_str());
-    bool written = fwrite(text.data(), 1, text.size(), fp) == text.size();
-    if (fclose(fp) != 0 || !written) {
-        remove(path.c_str());
+    if (rc == WRITE_FAILED)
         veska_fatal("job_scripts", kind.writer_error[dialect], -1, stderr, "Failed to write output file %s\n",
                     path.c_str());
-    }
 }

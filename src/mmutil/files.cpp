@@ -93,3 +93,15 @@ int get_date(int* month, int* day, int* year)
     *year = local.tm_year + 1900;
     return *year;
 }
+
+int write_text_file(const char* path, const std::string& text)
+{
+    FILE* f = path ? fopen(path, "wt") : nullptr;
+    if (!f) return WRITE_OPEN_FAILED;
+    bool ok = fwrite(text.data(), 1, text.size(), f) == text.size();
+    ok = (fclose(f) == 0) && ok;
+    if (ok) return WRITE_OK;
+    struct stat st;
+    if (stat(path, &st) == 0 && S_ISREG(st.st_mode)) remove(path);
+    return WRITE_FAILED;
+}

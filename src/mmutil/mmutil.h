@@ -86,6 +86,11 @@ int count_lines(const char* path);
 void get_workdir(std::string& out);
 std::vector<std::string> globFileVector(const std::string& pattern);
 int get_date(int* month, int* day, int* year);
+// Writes `text` to `path` in one go, so that a file is written whole or not
+// at all. Returns WRITE_OK, WRITE_OPEN_FAILED (nothing written) or
+// WRITE_FAILED (writing or closing failed; a partial regular file is removed).
+enum { WRITE_OK = 0, WRITE_OPEN_FAILED = 1, WRITE_FAILED = 2 };
+int write_text_file(const char* path, const std::string& text);
 
 // ---- numeric output --------------------------------------------------
 void output_matrix(double** m, int n, int per_block, const char* path);

@@ -23,11 +23,10 @@ static void appendf(std::string& out, const char* fmt, ...)
 // The table is built in memory first so that the file is written whole.
 static void write_table(const char* path, const std::string& text, int number)
 {
-    FILE* f = path ? fopen(path, "wt") : nullptr;
-    if (!f) veska_fatal("mmutil", number, 1, stderr, "Failed to create file %s\n", path ? path : "(null)");
-    bool ok = fwrite(text.data(), 1, text.size(), f) == text.size();
-    ok = (fclose(f) == 0) && ok;
-    if (!ok) veska_fatal("mmutil", number, 1, stderr, "Failed to write file %s\n", path);
+    int rc = write_text_file(path, text);
+    if (rc == WRITE_OPEN_FAILED)
+        veska_fatal("mmutil", number, 1, stderr, "Failed to create file %s\n", path ? path : "(null)");
+    if (rc == WRITE_FAILED) veska_fatal("mmutil", number, 1, stderr, "Failed to write file %s\n", path);
 }
 
 void output_matrix(double** m, int n, int per_block, const char* path)

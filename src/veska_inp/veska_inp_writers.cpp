@@ -6,7 +6,6 @@
 #include "veska_inp.h"
 
 #include <cstdio>
-#include <fstream>
 #include <locale>
 #include <sstream>
 
@@ -268,12 +267,9 @@ bool write_config_text(const VeskaInp& v, const char* path, bool in_data_dir, bo
         create_directory(v.data_dir.c_str());
         full = v.data_dir + "/" + path;
     }
-    std::ofstream out(full, std::ios::out | std::ios::trunc);
-    if (!out.is_open()) return false;
-    if (announce) printf("Writing config file \"%s\" ... \n", full.c_str());
-    out << text;
-    out.close();
-    return !out.fail();
+    int rc = write_text_file(full.c_str(), text);
+    if (rc != WRITE_OPEN_FAILED && announce) printf("Writing config file \"%s\" ... \n", full.c_str());
+    return rc == WRITE_OK;
 }
 
 // Lines 1 to 39 that the terse and the verbose starting files share.
