@@ -36,27 +36,6 @@ static std::string read_cif_text(FileIO& io, const std::string& text, bool verbo
     return testing::internal::GetCapturedStdout();
 }
 
-TEST(CifScanner, TagsValuesAndUncertainties)
-{
-    FileIO io;
-    read_cif_text(io, std::string("data_abc\n") +
-                          "_symmetry_space_group_name_H-M 'P 21/c'\n"
-                          "_space_group_IT_number 14\n"
-                          "_cell_length_a 10.123(4)\n_cell_length_b 5.5(1)\n_cell_length_c 7\n"
-                          "_cell_angle_alpha 90\n_cell_angle_beta 101.25(3)\n"
-                          "_cell_angle_gamma 90.000(5)\n" +
-                          kIdentity + kOneAtom);
-    EXPECT_EQ(io.identifier, "abc");
-    EXPECT_EQ(io.space_group_name, "'P 21/c'");
-    EXPECT_EQ(io.space_group_number, 14);
-    EXPECT_DOUBLE_EQ(io.cell_latt[0], 10.123);
-    EXPECT_DOUBLE_EQ(io.cell_latt[1], 5.5);
-    EXPECT_DOUBLE_EQ(io.cell_latt[4], 101.25);
-    EXPECT_EQ(io.natoms_cif, 1);
-    EXPECT_TRUE(io.cif_loaded);
-    EXPECT_EQ(io.crystal_file, "t.cif");
-}
-
 TEST(CifScanner, RuleOrderDecidesBetweenTagsThatContainOneAnother)
 {
     FileIO io;
@@ -86,48 +65,37 @@ TEST(CifScanner, RuleOrderDecidesBetweenTagsThatContainOneAnother)
 
 TEST(CifScanner, OperatorLoopsOfEveryDialect)
 {
-    FileIO with_id;
-    read_cif_text(with_id, std::string(kCell) +
-                               "loop_\n_symmetry_equiv_pos_site_id\n_symmetry_equiv_pos_as_xyz\n"
-                               "1 x,y,z\n2 '-x, y+1/2, -z'\n\n" + kOneAtom);
-    ASSERT_EQ(with_id.symm_ops.size(), 2u);
-    EXPECT_EQ(with_id.symm_ops[1], "-x,y+1/2,-z");
-
-    FileIO quoted;
-    read_cif_text(quoted, std::string(kCell) +
-                              "loop_\n_space_group_symop_operation_xyz\n'x, y, z'\n"
-                              "  'x, y+1/2, -z'  \r\n" + kOneAtom);
-    ASSERT_EQ(quoted.symm_ops.size(), 2u);
-    EXPECT_EQ(quoted.symm_ops[1], "x,y+1/2,-z");
-    EXPECT_EQ(quoted.natoms_cif, 2);
-
-    // Rows followed directly by the next loop: "loop_" is not an operator.
-    FileIO direct;
-    read_cif_text(direct, std::string(kCell) + "loop_\n_symmetry_equiv_pos_as_xyz\n'x, y, z'\n" +
-                              "'-x, -y, -z'\n" + kOneAtom);
-    EXPECT_EQ(direct.symm_ops.size(), 2u);
-    EXPECT_EQ(direct.natoms_cif, 2);
-
-    // An empty line between the header and the first row does not end the loop.
-    FileIO gap;
-    read_cif_text(gap, std::string(kCell) + "loop_\n_symmetry_equiv_pos_as_xyz\n\r\nx,y,z\n" +
-                           "-x,-y,-z\n\n" + kOneAtom);
-    EXPECT_EQ(gap.symm_ops.size(), 2u);
-}
-
-TEST(CifScanner, SymopIdFirstLoopIsNotAnOperatorLoopAndIsReported)
-{
-    FileIO io;
-    std::string out = read_cif_text(
-        io, std::string(kCell) +
-                "loop_\n_space_group_symop_id\n_space_group_symop_operation_xyz\n1 x,y,z\n\n" +
-                kOneAtom);
-    EXPECT_TRUE(io.symm_ops.empty());
-    EXPECT_EQ(io.natoms_cif, 0);
-    EXPECT_EQ(io.cif_atoms.label.size(), 1u);
-    EXPECT_NE(out.find("WARNING: no symmetry operator was recognised in crystal file \"t.cif\""),
-              std::string::npos);
-    EXPECT_TRUE(io.cif_loaded);
+    const struct {
+        const char* what;
+        std::string loop;
+        size_t count;
+    } cases[] = {
+        {"with site id", "loop_\n_symmetry_equiv_pos_site_id\n_symmetry_equiv_pos_as_xyz\n"
+                         "1 x,y,z\n2 '-x, y+1/2, -z'\n\n", 2},
+        {"quoted, blanks and CR LF", "loop_\n_space_group_symop_operation_xyz\n'x, y, z'\n"
+                                     "  '-x, y+1/2, -z'  \r\n", 2},
+        {"next loop right after the rows", "loop_\n_symmetry_equiv_pos_as_xyz\n'x, y, z'\n"
+                                           "'-x, y+1/2, -z'\n", 2},
+        {"empty line before the first row", "loop_\n_symmetry_equiv_pos_as_xyz\n\r\nx,y,z\n"
+                                            "-x,y+1/2,-z\n\n", 2},
+        {"symop id first: not an operator loop",
+         "loop_\n_space_group_symop_id\n_space_group_symop_operation_xyz\n1 x,y,z\n\n", 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        FileIO io;
+        std::string out = read_cif_text(io, kCell + c.loop + kOneAtom);
+        ASSERT_EQ(io.symm_ops.size(), c.count);
+        EXPECT_EQ(io.natoms_cif, (int)c.count);
+        if (c.count) {
+            EXPECT_EQ(io.symm_ops[1], "-x,y+1/2,-z");
+            continue;
+        }
+        EXPECT_EQ(io.cif_atoms.label.size(), 1u);
+        EXPECT_NE(out.find("WARNING: no symmetry operator was recognised in crystal file \"t.cif\""),
+                  std::string::npos);
+        EXPECT_TRUE(io.cif_loaded);
+    }
 }
 
 TEST(CifScanner, AtomLoopEndsTheScanAtItsEmptyLine)
@@ -147,17 +115,14 @@ TEST(CifScanner, AtomLoopEndsTheScanAtItsEmptyLine)
     EXPECT_EQ(bonds.cif_bonds.atom_label_2[0], "C2");
     EXPECT_EQ(bonds.cif_bonds.bond_type[0], "S");
     EXPECT_EQ(bonds.natoms_cif, 1);
-}
 
-TEST(CifScanner, BondLoopHeadedByAnAtomSiteLabelIsTakenAsAtomSiteLoop)
-{
     // "_geom_bond_atom_site_label_1" contains "_atom_site": the atom-site rule
     // comes first, finds none of its columns and leaves the rows to the
-    // ordinary rules, so the row below is neither a bond nor fatal.
-    FileIO io;
-    read_cif_text(io, std::string(kCell) + kIdentity + kBondsByLabel + "C1 C2\n" + kOneAtom);
-    EXPECT_TRUE(io.cif_bonds.distance.empty());
-    EXPECT_EQ(io.natoms_cif, 1);
+    // ordinary rules, so the row is neither a bond nor fatal.
+    FileIO by_label;
+    read_cif_text(by_label, std::string(kCell) + kIdentity + kBondsByLabel + "C1 C2\n" + kOneAtom);
+    EXPECT_TRUE(by_label.cif_bonds.distance.empty());
+    EXPECT_EQ(by_label.natoms_cif, 1);
 }
 
 TEST(CifScanner, AtomColumnsInAnyOrderCommentsAndCrLf)
@@ -217,17 +182,17 @@ TEST(CifScanner, TextFieldsAndLongLines)
               std::string::npos);
 }
 
-TEST(CifScanner, VerbosePrints)
+TEST(CifScanner, VerbosePrintsAndUncertainties)
 {
     FileIO io;
-    std::string out =
-        read_cif_text(io,
-                      std::string("data_q\n_symmetry_space_group_name_H-M 'P 1'\n") +
-                          "_cell_length_a 9.3056(6)\n_cell_length_b 5.9879(3)\n"
-                          "_cell_length_c 8.4252(5)\n_cell_angle_alpha 90\n"
-                          "_cell_angle_beta 102.620(6)\n_cell_angle_gamma 90\n" +
-                          kIdentity + std::string(kOneAtom) + "H1 H 0.4 0.5 0.6\n",
-                      true);
+    std::string out = read_cif_text(io,
+                                    std::string("data_q\n_symmetry_space_group_name_H-M 'P 1'\n") +
+                                        "_space_group_IT_number 14\n"
+                                        "_cell_length_a 9.3056(6)\n_cell_length_b 5.9879(3)\n"
+                                        "_cell_length_c 8.4252(5)\n_cell_angle_alpha 90\n"
+                                        "_cell_angle_beta 102.620(6)\n_cell_angle_gamma 90.000(5)\n" +
+                                        kIdentity + std::string(kOneAtom) + "H1 H 0.4 0.5 0.6\n",
+                                    true);
     const char* expected =
         "Reading crystal file \"t.cif\" ... \n"
         "  Identifier: q\n"
@@ -246,9 +211,11 @@ TEST(CifScanner, VerbosePrints)
         "  Last  atom: H1 H 0.4 0.5 0.6\n";
     EXPECT_EQ(out.substr(0, strlen(expected)), expected);
     EXPECT_NE(out.find("Crystal file t.cif parsing done.\n"), std::string::npos);
+    EXPECT_EQ(io.space_group_number, 14);
+    EXPECT_DOUBLE_EQ(io.cell_latt[4], 102.62);
+    EXPECT_TRUE(io.cif_loaded);
+    EXPECT_EQ(io.crystal_file, "t.cif");
 }
-
-// ---- fatal cases ------------------------------------------------------------
 
 static void read_quietly(const std::string& text)
 {
@@ -257,51 +224,41 @@ static void read_quietly(const std::string& text)
     io.read_data_cif("bad.cif", false);
 }
 
-TEST(CifScannerDeathTest, ShortRowsAreFatal)
+TEST(CifScannerDeathTest, FatalRowsAndFiles)
 {
     ScratchDir dir;
     ASSERT_TRUE(dir.ok());
-    EXPECT_EXIT(read_quietly(std::string(kCell) + kIdentity + kOneAtom + "C2 C 0.1 0.2\n"),
-                testing::ExitedWithCode(255),
-                "ERROR  transport : fileio : line [0-9]+ : \nNot enough columns: C2 C 0.1 "
-                "0.2\nAt least 5 columns are expected!\n");
+    const std::string head = std::string(kCell) + kIdentity;
     const std::string aniso =
         "loop_\n_atom_site_aniso_label\n_atom_site_aniso_U_11\n_atom_site_aniso_U_22\n"
         "_atom_site_aniso_U_33\n_atom_site_aniso_U_12\nC1 .1 .2 .3 .4\n";
-    EXPECT_EXIT(read_quietly(std::string(kCell) + kIdentity + aniso + "C2 .1 .2\n" + kOneAtom),
-                testing::ExitedWithCode(255),
-                "Not enough columns: C2 .1 .2\nAt least 4 columns are expected!\n");
-    // an empty line is a row of an aniso loop
-    EXPECT_EXIT(read_quietly(std::string(kCell) + kIdentity + aniso + "\n" + kOneAtom),
-                testing::ExitedWithCode(255), "Not enough columns: \nAt least 4 columns");
-    const std::string bonds = kBondsByType;
-    EXPECT_EXIT(read_quietly(std::string(kCell) + kIdentity + bonds + "S C1 C2 1.5\n" + kOneAtom),
-                testing::ExitedWithCode(255),
-                "Not enough columns: S C1 C2 1.5\nAt least 5 columns are expected!\n");
-    EXPECT_EXIT(read_quietly(std::string(kCell) + kIdentity + bonds + "S C1 C2 1.5 .\n\n" +
-                             kOneAtom),
-                testing::ExitedWithCode(255), "Not enough columns: \nAt least 5 columns");
-    // a row shorter than the column of its type symbol
-    EXPECT_EXIT(read_quietly(std::string(kCell) + kIdentity +
-                             "loop_\n_atom_site_label\n_atom_site_fract_x\n_atom_site_fract_y\n"
-                             "_atom_site_fract_z\n_atom_site_U_iso_or_equiv\n"
-                             "_atom_site_type_symbol\nC1 0.1 0.2 0.3 0.05\n"),
-                testing::ExitedWithCode(255), "At least 6 columns are expected!\n");
-}
-
-TEST(CifScannerDeathTest, MissingFileDirectoryAndMissingCell)
-{
-    ScratchDir dir;
-    ASSERT_TRUE(dir.ok());
+    const struct {
+        std::string text, message;
+    } cases[] = {
+        {head + kOneAtom + "C2 C 0.1 0.2\n",
+         "ERROR  transport : fileio : line [0-9]+ : \nNot enough columns: C2 C 0.1 0.2\n"
+         "At least 5 columns are expected!\n"},
+        {head + aniso + "C2 .1 .2\n" + kOneAtom,
+         "Not enough columns: C2 .1 .2\nAt least 4 columns are expected!\n"},
+        // an empty line is a row of an aniso or bond loop
+        {head + aniso + "\n" + kOneAtom, "Not enough columns: \nAt least 4 columns"},
+        {head + kBondsByType + "S C1 C2 1.5\n" + kOneAtom,
+         "Not enough columns: S C1 C2 1.5\nAt least 5 columns are expected!\n"},
+        {head + kBondsByType + "S C1 C2 1.5 .\n\n" + kOneAtom, "Not enough columns: \nAt least 5 columns"},
+        // a row shorter than the column of its type symbol
+        {head + "loop_\n_atom_site_label\n_atom_site_fract_x\n_atom_site_fract_y\n"
+                "_atom_site_fract_z\n_atom_site_U_iso_or_equiv\n_atom_site_type_symbol\n"
+                "C1 0.1 0.2 0.3 0.05\n",
+         "At least 6 columns are expected!\n"},
+        {std::string(kIdentity) + kOneAtom, "No valid cell in crystal file \"bad.cif\""},
+        {"_cell_length_a 5\n_cell_length_b 5\n_cell_length_c 5\n_cell_angle_alpha 150\n"
+         "_cell_angle_beta 150\n_cell_angle_gamma 150\n",
+         "No valid cell in crystal file"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EXIT(read_quietly(c.text), testing::ExitedWithCode(255), c.message) << c.text;
     FileIO io;
-    EXPECT_EXIT(io.read_data_cif("none.cif", false), testing::ExitedWithCode(255),
-                "Failed to open input file \"none.cif\"\n");
-    EXPECT_EXIT(io.read_data_cif(".", false), testing::ExitedWithCode(255),
-                "Failed to open input file \".\"\n");
-    EXPECT_EXIT(read_quietly(std::string(kIdentity) + kOneAtom), testing::ExitedWithCode(255),
-                "No valid cell in crystal file \"bad.cif\"");
-    EXPECT_EXIT(read_quietly("_cell_length_a 5\n_cell_length_b 5\n_cell_length_c 5\n"
-                             "_cell_angle_alpha 150\n_cell_angle_beta 150\n"
-                             "_cell_angle_gamma 150\n"),
-                testing::ExitedWithCode(255), "No valid cell in crystal file");
+    for (const char* path : {"none.cif", "."})
+        EXPECT_EXIT(io.read_data_cif(path, false), testing::ExitedWithCode(255),
+                    std::string("Failed to open input file \"") + path + "\"\n");
 }
