@@ -354,6 +354,27 @@ static void build_cif_atom_arrays(FileIO& io)
     }
 }
 
+// The atom summary of the verbose print, and a warning when the cell would
+// silently end up empty.
+static void report_atom_sites(FileIO& io, const char* path, bool verbose)
+{
+    if (verbose) {
+        std::cout << "  natoms_cif = " << io.natoms_cif << "\n";
+        if (io.natoms_cif > 0) {
+            print_atom(io.cif_atoms, "  First atom: ", 0);
+            std::cout << "  ..." << "\n";
+            print_atom(io.cif_atoms, "  Last  atom: ", io.natoms_cif - 1);
+        }
+        std::cout.flush();
+    }
+    if (io.natoms_cif == 0)
+        printf("WARNING: no atom site was read from crystal file \"%s\"\n", path);
+    else if (io.symm_ops.empty())
+        printf("WARNING: no symmetry operator was recognised in crystal file \"%s\"; the unit "
+               "cell is left without atoms\n",
+               path);
+}
+
 void FileIO::read_data_cif(const char* path, bool verbose)
 {
     std::vector<std::string> lines;
@@ -380,22 +401,7 @@ void FileIO::read_data_cif(const char* path, bool verbose)
     cell_cell6_to_latt3x3(cell_latt, latt);
 
     natoms_cif = static_cast<int>(cif_atoms.label.size());
-    if (verbose) {
-        std::cout << "  natoms_cif = " << natoms_cif << "\n";
-        if (natoms_cif > 0) {
-            print_atom(cif_atoms, "  First atom: ", 0);
-            std::cout << "  ..." << "\n";
-            print_atom(cif_atoms, "  Last  atom: ", natoms_cif - 1);
-        }
-        std::cout.flush();
-    }
-    if (natoms_cif == 0)
-        printf("WARNING: no atom site was read from crystal file \"%s\"\n", path);
-    else if (symm_ops.empty())
-        printf("WARNING: no symmetry operator was recognised in crystal file \"%s\"; the unit "
-               "cell is left without atoms\n",
-               path);
-
+    report_atom_sites(*this, path, verbose);
     build_cif_atom_arrays(*this);
     make_spacegroup_P1(3);
     for (int i = 0; i < natoms_cif; ++i) coord_f2c(cif_x_s + 3 * i, cif_x + 3 * i);

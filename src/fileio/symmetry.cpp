@@ -217,6 +217,22 @@ static void delete_image_arrays(ImageArrays& img)
     delete[] img.x_s;
 }
 
+// Drops every image that overlaps an earlier one, with the three warning
+// lines; returns the number of images kept.
+static int remove_overlapped_images(ImageArrays& img, int N)
+{
+    std::vector<char> flagged;
+    int nflag = flag_overlaps(img.x_s, N, flagged);
+    if (nflag == 0) return N;
+    printf("WARNING: Overlapped atoms detected and to be removed\n");
+    printf("         Number of overlapped atoms is %d\n", nflag);
+    printf("         Number of remaining atoms is %d\n", N - nflag);
+    ImageArrays kept = compact_images(img, N, flagged, N - nflag);
+    delete_image_arrays(img);
+    img = kept;
+    return N - nflag;
+}
+
 void FileIO::make_spacegroup_P1(int use_fractional)
 {
     const int n = natoms_cif;
@@ -248,20 +264,11 @@ void FileIO::make_spacegroup_P1(int use_fractional)
         apply_operator(R, t, n, cif_atypes, cif_radius, from, (int)o, img);
     }
 
-    std::vector<char> flagged;
-    int nflag = flag_overlaps(img.x_s, N, flagged);
-    if (nflag > 0) {
-        printf("WARNING: Overlapped atoms detected and to be removed\n");
-        printf("         Number of overlapped atoms is %d\n", nflag);
-        printf("         Number of remaining atoms is %d\n", N - nflag);
-        ImageArrays kept = compact_images(img, N, flagged, N - nflag);
-        delete_image_arrays(img);
-        img = kept;
-    }
+    int kept = remove_overlapped_images(img, N);
     free_cif_atom_arrays();
     cif_atypes = img.atypes;
     cif_radius = img.radius;
     cif_x = img.x;
     cif_x_s = img.x_s;
-    natoms_cif = N - nflag;
+    natoms_cif = kept;
 }
