@@ -22,48 +22,32 @@ void cubic(FileIO& f, double a)
 
 }  // namespace
 
-TEST(Separation, InterleavedMoleculesAndJoiningOrder)
+TEST(Separation, InterleavedAcrossTheFaceAndAtTheLimit)
 {
     FileIO f;
     cubic(f, 10.0);
     // Molecule A: atoms 0, 4, 2 form a chain along x (1.5 A steps);
     // molecule B: atoms 1, 3. They interleave in the atom list.
-    load_test_cell(f, {0.10, 0.1, 0.1, 0.10, 0.6, 0.6, 0.40, 0.1, 0.1, 0.25, 0.6, 0.6, 0.25, 0.1, 0.1},
-              0.77);
+    load_test_cell(f, {0.1, 0.1, 0.1, 0.1, 0.6, 0.6, 0.4, 0.1, 0.1, 0.25, 0.6, 0.6, 0.25, 0.1, 0.1}, 0.77);
     testing::internal::CaptureStdout();
     f.separate_cif_molecules(true);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "  Unit cell nmols  = 2\n  Unit cell natoms = 3 2\n");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "  Unit cell nmols  = 2\n  Unit cell natoms = 3 2\n");
     EXPECT_EQ(f.mol_natoms_list, (std::vector<int>{3, 2}));
     EXPECT_EQ(f.mol_atom_list, (std::vector<int>{0, 4, 2, 1, 3}));
-    // Running again gives the same lists, not doubled ones.
-    f.separate_cif_molecules(false);
+    f.separate_cif_molecules(false);  // again: the same lists, not doubled ones
     EXPECT_EQ(f.mol_atom_list.size(), 5u);
-}
 
-TEST(Separation, BondsAcrossTheFaceAndUnknownRadius)
-{
-    FileIO f;
-    cubic(f, 10.0);
     load_test_cell(f, {0.98, 0.5, 0.5, 0.5, 0.5, 0.5, 0.02, 0.5, 0.5}, 0.35);
     f.separate_cif_molecules(false);
-    EXPECT_EQ(f.mol_natoms_list, (std::vector<int>{2, 1}));
     EXPECT_EQ(f.mol_atom_list, (std::vector<int>{0, 2, 1}));
-    // An unknown element (radius 9999.99) reaches every atom.
-    f.cif_radius[1] = 9999.99;
+    f.cif_radius[1] = 9999.99;  // an unknown element reaches every atom
     f.separate_cif_molecules(false);
-    EXPECT_EQ(f.mol_natoms_list, (std::vector<int>{3}));
     EXPECT_EQ(f.mol_atom_list, (std::vector<int>{0, 1, 2}));
-}
 
-TEST(Separation, BondExactlyAtTheLimitIsNotFound)
-{
-    FileIO f;
     cubic(f, 4.0);  // a power of two keeps 4 * (L / 4) == L exactly
     double limit = (0.77 + 0.77) * f.bond_dis_scale;
     load_test_cell(f, {0.0, 0.1, 0.1, limit / 4.0, 0.1, 0.1}, 0.77);
-    double d = f.cif_x_s[3] - f.cif_x_s[0];
-    ASSERT_EQ(std::sqrt((4 * d) * (4 * d)), limit);
+    ASSERT_EQ(4 * (f.cif_x_s[3] - f.cif_x_s[0]), limit);
     f.separate_cif_molecules(false);
     EXPECT_EQ(f.mol_natoms_list, (std::vector<int>{1, 1}));
     f.cif_x_s[3] = std::nextafter(f.cif_x_s[3], 0.0);
