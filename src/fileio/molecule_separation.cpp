@@ -149,6 +149,29 @@ static void build_bond_graph(const FileIO& f, int n, BondGraph& graph)
     }
 }
 
+// Appends the molecule of `atom` to `out`, always taking next the
+// lowest-index free atom bonded to any member (the top of a min-heap).
+static void walk_molecule(const BondGraph& graph, int atom, std::vector<char>& avail,
+                          std::vector<int>& heap, std::vector<int>& out)
+{
+    auto later = std::greater<int>();
+    for (;;) {
+        avail[atom] = 0;
+        out.push_back(atom);
+        for (int e = graph.start[atom]; e < graph.start[atom + 1]; e++)
+            if (avail[graph.adj[e]]) {
+                heap.push_back(graph.adj[e]);
+                std::push_heap(heap.begin(), heap.end(), later);
+            }
+        while (!heap.empty() && !avail[heap.front()]) {
+            std::pop_heap(heap.begin(), heap.end(), later);
+            heap.pop_back();
+        }
+        if (heap.empty()) return;
+        atom = heap.front();
+    }
+}
+
 // Same molecules, in the same order and with the same atom order, as
 // repeating find_bond_atom: each step takes the lowest-index free atom
 // bonded to any member, which is the smallest entry of a min-heap of the
@@ -170,28 +193,12 @@ void FileIO::separate_cif_molecules(bool verbose)
     std::vector<char> avail((size_t)n, 1);
     std::vector<int> heap;
     heap.reserve(graph.adj.size() + 1);
-    auto later = std::greater<int>();
     int next_start = 0;
     for (;;) {
         while (next_start < n && !avail[next_start]) next_start++;
         if (next_start == n) break;
         size_t first = mol_atom_list.size();
-        int atom = next_start;
-        for (;;) {
-            avail[atom] = 0;
-            mol_atom_list.push_back(atom);
-            for (int e = graph.start[atom]; e < graph.start[atom + 1]; e++)
-                if (avail[graph.adj[e]]) {
-                    heap.push_back(graph.adj[e]);
-                    std::push_heap(heap.begin(), heap.end(), later);
-                }
-            while (!heap.empty() && !avail[heap.front()]) {
-                std::pop_heap(heap.begin(), heap.end(), later);
-                heap.pop_back();
-            }
-            if (heap.empty()) break;
-            atom = heap.front();
-        }
+        walk_molecule(graph, next_start, avail, heap, mol_atom_list);
         mol_natoms_list.push_back((int)(mol_atom_list.size() - first));
     }
     if (verbose) {
