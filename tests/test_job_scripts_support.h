@@ -9,7 +9,6 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
-#include <string>
 
 #include "job_scripts.h"
 
@@ -17,11 +16,9 @@ class JobScriptDir : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        old_dir = std::filesystem::current_path();
         std::string tmpl = (std::filesystem::temp_directory_path() / "veska_jobs_XXXXXX").string();
         ASSERT_NE(mkdtemp(tmpl.data()), nullptr);
-        dir = tmpl;
-        std::filesystem::current_path(dir);
+        std::filesystem::current_path(dir = tmpl);
         js.work_dir = "/home/u/run";
     }
     void TearDown() override
@@ -31,13 +28,12 @@ protected:
     }
     static std::string read(const std::string& path)
     {
-        std::ifstream in(path, std::ios::binary);
         std::stringstream s;
-        s << in.rdbuf();
+        s << std::ifstream(path, std::ios::binary).rdbuf();
         return s.str();
     }
     Jobscript js;
-    std::filesystem::path old_dir, dir;
+    std::filesystem::path old_dir = std::filesystem::current_path(), dir;
 };
 
 #endif
