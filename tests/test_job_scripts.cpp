@@ -53,12 +53,13 @@ const std::string kRule = "# ---------------------------------------------------
 
 TEST_F(JobScriptDir, GaussianJobInEveryDialectPlainAndArray)
 {
+    // count -1 writes the plain job; an empty index list goes in as null.
     struct Case {
         int dialect;
         bool module;
         const char* nodelist;
-        int count;  // -1: the plain job
-        std::vector<int> indexes;  // empty: a null list
+        int count;
+        std::vector<int> indexes;
         std::string expected;
     } cases[] = {
         {0, true, "n01", -1, {},

@@ -67,57 +67,40 @@ TEST_F(JobScriptDir, LocalMonteCarloRunsItsFixedCommand)
                                     "rm -f /home/u/run/RUN/m\n\necho \"Ending job run at `date`\"\n\n");
 }
 
-// One distinctive piece of each kind per dialect: bodies, modules, scratch
-// names, LSF job names and script places.
+// One distinctive piece of each kind: bodies, modules, scratch names, LSF
+// job names and script places (HL and RE jobs under jobs/, the rest here).
 TEST_F(JobScriptDir, KindsDifferWhereDocumented)
 {
-    js.module_gau_flag = js.module_mpich2_gnu_flag = true;
-    js.jobs_dir = "hl";
-    js.qc_exe = "qchem";
-    std::vector<std::pair<std::string, std::string>> expect;
-    for (int code = 0; code < 4; ++code) {
-        js.job_sched_type = code;
-        const std::string ext = "." + js.script_ext[code];
-        js.write_orca_HL_job("o", 1, 8, "in", "t", "RUN/m");
-        js.write_qchem_HL_job("q", 1, 8, "in", "t", "RUN/m");
-        js.write_orca_RE_job("ore", 1, 8, "mol3", "RE-mol3", "RUN/m", "BODY\n");
-        js.write_gaussian_RE_job("gre", 1, 8, "BODY\n", "mol1", "RUN/m");
-        js.write_MC_job("mc", 1, 8, "hopmc.exe -nsimu 20\n", "hole", "RUN/m");
-        js.write_calc_mob_job("mob", 1, 8, "mob", "RUN/m", "hopmob_OMP.exe");
-        js.write_calc_getHL_job("gh", 1, 8, "get_site_ener", "RUN/g", "hlgather.exe\n", "data");
-        js.write_calc_getRE_job("gr", 1, 8, "re", "RUN/g", "python get_RE.py\n");
-        js.write_calc_transint_job("ti", 1, 8, "t1", "RUN/g", "x\n", "data");
-        int indexes[] = {1, 3};
-        js.write_calc_transint_job_array("ta", 1, 8, "transint", "RUN/r", 2, indexes, "hlgather.exe", "data");
-        expect.insert(expect.end(), {{"hl/q" + ext, "    qchem -nt 8 in.inp > in.out\n\nfi\n"},
-                                     {"hl/ore" + ext, "\n\nBODY\n\nrm -f /home/u/run/RUN/m\n\necho \"Ending"},
-                                     {"mob" + ext, "\n\nhopmob_OMP.exe\n\nrm -f /home/u/run/RUN/m\n"},
-                                     {"ti" + ext, "cd data\n"}});
-    }
-    expect.insert(expect.end(), {{"hl/gre.slurm", "echo \"Copy data back to RE directory...\"\n"},
-                                 {"mc.lsf", "\n\nhopmc.exe -nsimu 20\n\nrm -f /home/u/run/RUN/m\n"},
-                                 {"hl/o.slurm", "SCRDIR=/tmp/veska-HL-$SLURM_JOB_ID\n"},
-                                 {"hl/o.lsf", "SCRDIR=/tmp/veska-HL-$LSB_JOBID\n"},
-                                 {"hl/o.local", "SCRDIR=/tmp/veska-HL-in-$RANDOM\n    if [ ! -a $SCRDIR ]"},
-                                 {"hl/o.local", "        mv $SCRDIR/in.out $DataDir\n        mv $SCRDIR/in.mkl $DataDir\n"},
-                                 {"hl/ore.pbs", "DataDir=/home/u/run/RE\nSCRDIR=/tmp/veska-RE-mol3-$PBS_JOBID\n\n"},
-                                 {"hl/ore.local", "SCRDIR=/tmp/veska-RE-mol3-$RANDOM\n\n"},
-                                 {"mc.pbs", "cd ${PBS_O_WORKDIR}\n\nmodule load mpich2/1.5-gnu-5.4.0\n\necho \"Starting"},
-                                 {"mc.slurm", "#SBATCH -p workq\n#SBATCH --output=stdout-hole\n"},
-                                 {"ti.pbs", "\ncd /home/u/run\ncd data\necho \"Working directory is `pwd`\"\n"},
-                                 {"gh.pbs", "\ncd ${PBS_O_WORKDIR}\ncd data\n"},
-                                 {"ta.pbs", "hlgather.exe -batch mol${PBS_ARRAYID}_trans_int_files.dat -prefix V "
-                                            "-postfix ${PBS_ARRAYID}\n\nrm -f /home/u/run/RUN/r-${PBS_ARRAYID}\n"},
-                                 {"ta.local", "cd data\nhlgather.exe -batch mol1_trans_int_files.dat"},
-                                 {"hl/ore.lsf", "#BSUB -J RE-RE-mol3\n"},
-                                 {"mc.lsf", "#BSUB -J MC-hole\n"},
-                                 {"mob.lsf", "#BSUB -J mc-mob-mob\n"},
-                                 {"gh.lsf", "#BSUB -J get_site_ener\n#BSUB -oo data/stdout-get_site_ener\n"},
-                                 {"gr.lsf", "#BSUB -J getRE-re\n"},
-                                 {"ti.lsf", "#BSUB -J Transint-t1\n"},
-                                 {"ta.lsf", "#BSUB -J transint[1,3]\n"}});
+    write_every_kind_in_every_dialect(js);
+    const std::string body = "echo \"Starting job run at `date`\"\n\necho body line 1\necho body line 2\n\nrm -f /home/u/run/RUN/";
+    const std::pair<const char*, std::string> expect[] = {
+        {"jobs/qchem-HL-full.local", "    qchem -nt 8 uc_mol-1.inp > uc_mol-1.out\n\nfi\n"},
+        {"jobs/orca-HL-full.slurm", "SCRDIR=/tmp/veska-HL-$SLURM_JOB_ID\n"},
+        {"jobs/orca-HL-full.lsf", "SCRDIR=/tmp/veska-HL-$LSB_JOBID\n"},
+        {"jobs/orca-HL-full.local", "SCRDIR=/tmp/veska-HL-uc_mol-1-$RANDOM\n    if [ ! -a $SCRDIR ]"},
+        {"jobs/orca-HL-full.local", "        mv $SCRDIR/uc_mol-1.out $DataDir\n        mv $SCRDIR/uc_mol-1.mkl $DataDir\n"},
+        {"jobs/orca-HLa-full-count.pbs", "    SCRDIR=/tmp/veska-HL-$PBS_JOBID-${PBS_ARRAYID}\n"},
+        {"jobs/orca-HLa-full-count.pbs", "    cp $DataDir/nei_mol-1-${PBS_ARRAYID}.inp $SCRDIR\n"},
+        {"jobs/gau-RE-full.slurm", body + "re1\n\nCurrDir=`pwd`\n"},
+        {"jobs/orca-RE-bare.pbs", "DataDir=/home/u/run/RE\nSCRDIR=/tmp/veska-RE-mol1-$PBS_JOBID\n\n"},
+        {"jobs/qchem-RE-full.local", "SCRDIR=/tmp/veska-RE-mol1-$RANDOM\n\n" + body + "re1\n\necho \"Ending"},
+        {"mc-full.pbs", "cd ${PBS_O_WORKDIR}\n\nmodule load mpich2/1.5-gnu-5.4.0\n\n" + body + "mc\n"},
+        {"mc-bare.slurm", "#SBATCH -p workq\n#SBATCH --output=stdout-elec\n\n"},
+        {"mob-full.lsf", "\n\nhopmob_OMP.exe\n\nrm -f /home/u/run/RUN/mob\n"},
+        {"transint-full.pbs", "\ncd /home/u/run\ncd data\necho \"Working directory is `pwd`\"\n"},
+        {"getHL-full.pbs", "\ncd ${PBS_O_WORKDIR}\ncd data\n"},
+        {"transint-a-full-count.pbs", "hlgather.exe -batch mol${PBS_ARRAYID}_trans_int_files.dat -prefix V -postfix "
+                                      "${PBS_ARRAYID}\n\nrm -f /home/u/run/RUN/r-${PBS_ARRAYID}\n"},
+        {"transint-a-full-count.local", "cd data\nhlgather.exe -batch mol1_trans_int_files.dat"},
+        {"jobs/qchem-RE-full.lsf", "#BSUB -J RE-RE-mol1\n"},
+        {"me-full.lsf", "#BSUB -J ME-elec\n"},
+        {"mob-full.lsf", "#BSUB -J mc-mob-mob\n"},
+        {"getHL-full.lsf", "#BSUB -J get_site_ener\n#BSUB -oo data/stdout-get_site_ener\n"},
+        {"getRE-full.lsf", "#BSUB -J getRE-getre\n"},
+        {"transint-full.lsf", "#BSUB -J Transint-transint_mol1\n"},
+        {"transint-a-full-list.lsf", "#BSUB -J transint[2,4,7]\n"}};
     for (const auto& [file, piece] : expect) EXPECT_NE(read(file).find(piece), std::string::npos) << file << ": " << piece;
-    EXPECT_EQ(read("mc.pbs").find("module load gaussian"), std::string::npos);  // qc module only for qc kinds
+    EXPECT_EQ(read("mc-full.pbs").find("module load gaussian"), std::string::npos);  // the qc module is for qc kinds
 }
 
 TEST(JobKinds, ErrorNumbersAreDistinct)
