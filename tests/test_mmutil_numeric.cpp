@@ -4,11 +4,21 @@
 #include <cmath>
 #include <numeric>
 #include <pthread.h>
+#include <tuple>
 
 #include "mmutil.h"
 
 // Expected permutations come from a separate transcription of the two
 // partitioning schemes; equal keys show that neither sort is stable.
+template <class Key>
+static std::vector<int> sort_index(std::vector<Key>& keys, void (*sort)(Key*, int*, int))
+{
+    std::vector<int> index(keys.size());
+    std::iota(index.begin(), index.end(), 0);
+    sort(keys.data(), index.data(), static_cast<int>(keys.size()));
+    return index;
+}
+
 TEST(MmutilSort, IndexPermutations)
 {
     struct Case {
@@ -19,48 +29,38 @@ TEST(MmutilSort, IndexPermutations)
                  {{7}, {7}, {0}},
                  {{}, {}, {}}};
     for (Case& c : cases) {
-        std::vector<int> index(c.keys.size());
-        std::iota(index.begin(), index.end(), 0);
-        quickSort_i(c.keys.data(), index.data(), static_cast<int>(c.keys.size()));
+        EXPECT_EQ(sort_index(c.keys, quickSort_i), c.index);
         EXPECT_EQ(c.keys, c.sorted);
-        EXPECT_EQ(index, c.index);
     }
     const std::pair<std::vector<double>, std::vector<int>> dcases[] = {
         {{3, 1, 3, 2, 3}, {1, 3, 4, 0, 2}}, {{1, 1, 1}, {2, 1, 0}}, {{1}, {0}}, {{}, {}}};
-    for (const auto& [dkeys, dindex] : dcases) {
-        std::vector<double> keys = dkeys;  // only the index moves
-        std::vector<int> index(keys.size());
-        std::iota(index.begin(), index.end(), 0);
-        quickSort_d(keys.data(), index.data(), static_cast<int>(keys.size()));
-        EXPECT_EQ(keys, dkeys);
-        EXPECT_EQ(index, dindex);
+    for (const auto& [keys, index] : dcases) {
+        std::vector<double> moved = keys;
+        EXPECT_EQ(sort_index(moved, quickSort_d), index);
+        EXPECT_EQ(moved, keys);  // only the index moves
     }
 }
 
 // Sorted and all-equal keys on a 128 KiB stack: a sort that recurses once
-// per key overflows it.
-static void* sort_degenerate_inputs(void* result)
-{
-    const int n = 8000;
-    std::vector<int> keys(n), index(n), expected(n);
-    std::iota(expected.begin(), expected.end(), 0);
-    keys = index = expected;
-    quickSort_i(keys.data(), index.data(), n);
-    bool ok = keys == expected && index == expected;
-    std::fill(keys.begin(), keys.end(), 1);
-    quickSort_i(keys.data(), index.data(), n);
-    std::sort(index.begin(), index.end());  // still a permutation
-    *static_cast<bool*>(result) = ok && index == expected;
-    return nullptr;
-}
-
+// per key overflows it. (std::thread cannot choose a stack size.)
 TEST(MmutilSort, SortedAndAllEqualKeysKeepTheStackShallow)
 {
-    pthread_attr_t attr;  // no std::thread: it cannot choose a stack size
+    pthread_attr_t attr;
     pthread_t thread;
     bool ok = false;
     pthread_attr_init(&attr);
     pthread_attr_setstacksize(&attr, 128 * 1024);
+    auto sort_degenerate_inputs = [](void* result) -> void* {
+        std::vector<int> keys(8000), index(8000), expected(8000);
+        std::iota(expected.begin(), expected.end(), 0);
+        keys = index = expected;
+        bool sorted = sort_index(keys, quickSort_i) == expected && keys == expected;
+        std::fill(keys.begin(), keys.end(), 1);
+        index = sort_index(keys, quickSort_i);
+        std::sort(index.begin(), index.end());  // still a permutation
+        *static_cast<bool*>(result) = sorted && index == expected;
+        return nullptr;
+    };
     ASSERT_EQ(pthread_create(&thread, &attr, sort_degenerate_inputs, &ok), 0);
     pthread_join(thread, nullptr);
     pthread_attr_destroy(&attr);
@@ -78,23 +78,20 @@ TEST(MmutilRandom, SequenceAndInitialisationRules)
 {
     ran2_reset_state();
     for (double expected : kSequenceFrom1000) EXPECT_EQ(randUniform(), expected);
-    // Zero and -1 both initialise with seed 1, -5 with seed 5.
-    for (long start : {0L, -1L}) {
+    // Zero and -1 initialise with seed 1, -5 with seed 5; a positive seed
+    // only advances (5 * 40014).
+    const std::tuple<long, double, long> seeds[] = {{5, kSequenceFrom1000[0], 200070},
+                                                    {-5, 0.005088107861806251, 830243691},
+                                                    {-1, 0.2853808990946861, 1454538876},
+                                                    {0, 0.2853808990946861, 1454538876}};
+    long seed = 0;
+    for (const auto& [start, first, after] : seeds) {
         ran2_reset_state();
-        long seed = start;
-        EXPECT_EQ(ran2(&seed), 0.2853808990946861);
-        EXPECT_EQ(seed, 1454538876);
-        EXPECT_EQ(ran2(&seed), 0.2533581892659171);
+        seed = start;
+        EXPECT_EQ(ran2(&seed), first);
+        EXPECT_EQ(seed, after);
     }
-    ran2_reset_state();
-    long seed = -5;
-    EXPECT_EQ(ran2(&seed), 0.005088107861806251);
-    EXPECT_EQ(seed, 830243691);
-    // A positive seed only advances (5 * 40014): no initialisation.
-    ran2_reset_state();
-    seed = 5;
-    EXPECT_EQ(ran2(&seed), kSequenceFrom1000[0]);
-    EXPECT_EQ(seed, 200070);
+    EXPECT_EQ(ran2(&seed), 0.2533581892659171);  // from the table the initialisation filled
     // rand() is never negative, so reseeding keeps the (empty) shuffle table.
     ran2_reset_state();
     init_random_seed();
