@@ -21,9 +21,7 @@ static std::vector<int> sort_index(std::vector<Key>& keys, void (*sort)(Key*, in
 
 TEST(MmutilSort, IndexPermutations)
 {
-    struct Case {
-        std::vector<int> keys, sorted, index;
-    } cases[] = {{{2, 1, 2, 0}, {0, 1, 2, 2}, {3, 1, 2, 0}},
+    struct Case { std::vector<int> keys, sorted, index; } cases[] = {{{2, 1, 2, 0}, {0, 1, 2, 2}, {3, 1, 2, 0}},
                  {{5, 5, 5, 5}, {5, 5, 5, 5}, {1, 2, 3, 0}},
                  {{4, 1, 3, 1, 4, 2, 1}, {1, 1, 1, 2, 3, 4, 4}, {1, 3, 6, 5, 2, 4, 0}},
                  {{7}, {7}, {0}},
@@ -74,7 +72,7 @@ static const double kSequenceFrom1000[8] = {
     0.5250003829714993, 0.31412677499501773, 0.4446156782993733, 0.2994744556282315,
 };
 
-TEST(MmutilRandom, SequenceAndInitialisationRules)
+TEST(MmutilRandom, SequenceSeedsAndDistributions)
 {
     ran2_reset_state();
     for (double expected : kSequenceFrom1000) EXPECT_EQ(randUniform(), expected);
@@ -96,10 +94,7 @@ TEST(MmutilRandom, SequenceAndInitialisationRules)
     ran2_reset_state();
     init_random_seed();
     EXPECT_EQ(randUniform(), kSequenceFrom1000[0]);
-}
 
-TEST(MmutilRandom, GaussianPairsExponentialAndSelection)
-{
     ran2_reset_state();
     EXPECT_DOUBLE_EQ(randGaussian(), 0.5794037719352104);
     EXPECT_DOUBLE_EQ(randGaussian(), -1.1147123144821651);
@@ -107,6 +102,10 @@ TEST(MmutilRandom, GaussianPairsExponentialAndSelection)
     ran2_reset_state();
     EXPECT_DOUBLE_EQ(randExponential(), 0.4224845989507776);
 
+}
+
+TEST(MmutilRandom, SelectReactionBoundaries)
+{
     double rates[3] = {1, 1, 2}, zero_first[2] = {0, 3};
     EXPECT_EQ(select_reaction(rates, 3, 0.0, 4), 0);
     EXPECT_EQ(select_reaction(rates, 3, 0.25, 4), 1);  // sum 1 is not above 1
@@ -136,8 +135,7 @@ TEST(MmutilIntegrate, RungeKuttaAndLinearRegression)
     EXPECT_EQ(y[0], 1);
     delete[] r;
 
-    double x[4] = {0, 1, 2, 3}, v[4] = {1, 3, 5, 0}, same[3] = {2, 2, 2};
-    double a = 9, b = 9, s = 9;
+    double x[4] = {0, 1, 2, 3}, v[4] = {1, 3, 5, 0}, same[3] = {2, 2, 2}, a, b, s;
     // Four points: a = 2.4, b = -0.1, residual sum of squares 14.7 over 2.
     EXPECT_EQ(LinearRegression(x, v, 4, &a, &b, &s), 0);
     EXPECT_NEAR(a, 2.4, 1e-13);
