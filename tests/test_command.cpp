@@ -30,23 +30,20 @@ std::pair<int, std::string> run_command(std::vector<std::string> args, std::vect
     for (auto& s : env) envp.push_back(&s[0]);
     argv.push_back(nullptr);
     envp.push_back(nullptr);
-    int fds[2];
-    if (pipe(fds) != 0) return {-1, ""};
+    FILE* out = tmpfile();  // not in the directory under test
     pid_t pid = fork();
     if (pid == 0) {
-        dup2(fds[1], 1);
-        close(fds[0]);
+        dup2(fileno(out), 1);
         execve(VESKA_INP_EXE, argv.data(), envp.data());
         _exit(127);
     }
-    close(fds[1]);
-    std::string out;
-    char buf[4096];
-    for (ssize_t n; (n = read(fds[0], buf, sizeof buf)) > 0;) out.append(buf, n);
-    close(fds[0]);
     int status = 0;
     waitpid(pid, &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, out};
+    std::string text;
+    rewind(out);
+    for (int ch; (ch = fgetc(out)) != EOF;) text += static_cast<char>(ch);
+    fclose(out);
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, text};
 }
 
 const std::string start = "*** Transport Veska Input Generation ...\n";
@@ -163,10 +160,9 @@ TEST(Command, HelpPrintsTitleAndUsageAndWritesNothing)
         std::istringstream in(r.second);
         std::string line[4];
         for (std::string& l : line) std::getline(in, l);
-        EXPECT_EQ(line[0], stars);
+        EXPECT_EQ(line[0] + line[3], stars + stars);
         EXPECT_EQ(line[1], "*   VESKA Transport Calculation Utility, Version 2.0.0            *");
         EXPECT_TRUE(line[2].size() == 67 && line[2].rfind("*   ", 0) == 0 && line[2].back() == '*');
-        EXPECT_EQ(line[3], stars);
         std::string p = run.second.substr(run.second.find_last_of("/\\") + 1);
         EXPECT_EQ(r.second.substr(std::min<size_t>(r.second.size(), 4 * 68)), usage(p));
     }

@@ -51,28 +51,15 @@ TEST(VeskaInpModel, ConstructionDefaultsAndEngine)
 
 TEST(VeskaInpModel, DefaultsResetSettingsButKeepSwitchesEngineAndModules)
 {
-    Transport v;
-    v.set_compute_engine(3);  // left alone, as everything down to bond_dis_scale
-    v.do_transport_prepare = 0;
+    Transport v;  // first what the defaults leave alone, then what they reset
+    v.set_compute_engine(3);
     v.set_environment_module_gau_flag(true);
     v.set_environment_module_mpich2_gnu_flag(true);
-    v.module_qc = "qchem/6";
-    v.scratch = "/scratch";
-    v.mater_name = "pentacene";
-    v.qc_inp_append = "extra\n";
-    v.nodelist = "n1";
-    v.sched_job_array = false;
-    v.veska_dat_file = "r.dat";
-    v.HL_unique_mol = 0;
-    v.bond_dis_scale = 1.3;
-    v.temp = 77;  // reset, as everything below
-    v.sched_type = "lsf";
-    v.run_ppn = 64;
-    v.nmols = 4;
-    v.latt_vec[1][1] = 0;
-    v.nei_scell[2] = 9;
-    v.super_cell[0] = 1;
-    v.tstep = 3;
+    v.do_transport_prepare = 0; v.module_qc = "qchem/6"; v.scratch = "/scratch"; v.nodelist = "n1";
+    v.mater_name = "pentacene"; v.qc_inp_append = "extra\n"; v.sched_job_array = false;
+    v.veska_dat_file = "r.dat"; v.HL_unique_mol = 0; v.bond_dis_scale = 1.3;
+    v.temp = 77; v.sched_type = "lsf"; v.run_ppn = 64; v.nmols = 4; v.tstep = 3;
+    v.latt_vec[1][1] = 0; v.nei_scell[2] = 9; v.super_cell[0] = 1;
     v.set_varables_default();
     EXPECT_EQ(v.mater_name + v.qc_inp_append, "pentaceneextra\n");
     EXPECT_EQ(v.tstep, 1.0);
@@ -111,8 +98,7 @@ TEST(ConfigWriters, StartingLayoutsAndTheirVariants)
               edit(terse_mol, {{crystal_default, "  molecule        = 2 a.mol b.mol\n"}}));
 
     v.set_environment_module_gau_flag(true);
-    v.module_qc = "g16/c01";
-    v.nmols = 3;  // an empty list gives one zero per molecule
+    v.module_qc = "g16/c01"; v.nmols = 3;  // an empty list gives one zero per molecule
     v.lumo_adjustment = {1, -2};
     EXPECT_EQ(written(v, terse, 2), edit(golden_terse, {{module_off, "  module_qc = g16/c01\n"}}));
     EXPECT_EQ(written(v, verbose, 1, {"m1.mol"}),
@@ -130,19 +116,14 @@ TEST(ConfigWriters, NumbersInStreamNotationAndVectorRows)
 {
     Transport v;
     v.set_varables_default();
-    v.temp = 300.5;
-    v.tsimu = 1e7;
-    v.tsnap = 1000000.0;
-    v.lat_cutoff = 12.3456789;
-    v.latt_vec[2][0] = 12.5;
-    v.super_cell[1] = 7;
+    v.temp = 300.5; v.tsimu = 1e7; v.tsnap = 1000000.0; v.lat_cutoff = 12.3456789;
+    v.latt_vec[2][0] = 12.5; v.super_cell[1] = 7;
     EXPECT_EQ(written(v, terse, 2), edit(golden_terse, {
         {"  temp            = 300", "  temp            = 300.5\n"},
         {"  tsimu           = 1000    ! in ns", "  tsimu           = 1e+07    ! in ns\n"},
         {"  tsnap           = 5", "  tsnap           = 1e+06\n"},
         {terse_lat_cutoff, "  lat_cutoff      = 12.3457       ! for neighbor list construction\n"}}));
-    v.temp = 300;
-    v.lat_cutoff = 4;
+    v.temp = 300; v.lat_cutoff = 4;
     EXPECT_EQ(written(v, old, 2), edit(golden_old, {
         {"vector_c           -4.888095     0.000000     7.138882",
          "vector_c           12.500000     0.000000     7.138882\n"},
@@ -156,16 +137,13 @@ TEST(ConfigWriters, FullStateDefaultAndLoadedInput)
     Transport v;
     v.set_varables_default();
     EXPECT_EQ(written_full(v), golden_full);
-    v.input_kind = 1;
-    v.nmols = 2;
+    v.input_kind = 1; v.nmols = 2;
     v.mol_files = {"p.mol", "q.mol"};  // the state, not the directory, names them
     EXPECT_EQ(written_full(v), edit(insert_before(golden_full, "/", "  molecule        = 2 p.mol q.mol\n"),
                                     {{"  homo_adjustment =", "  homo_adjustment = 0 0\n"},
                                      {"  lumo_adjustment =", "  lumo_adjustment = 0 0\n"}}));
     v.set_environment_module_gau_flag(true);  // without the MPI flag: an empty line follows
-    v.input_kind = 2;
-    v.nmols = 0;
-    v.crystal_file = "cryst/pentacene.cif";
+    v.input_kind = 2; v.nmols = 0; v.crystal_file = "cryst/pentacene.cif";
     EXPECT_EQ(written_full(v),
               edit(insert_before(golden_full, "/", "  crystal         = cryst/pentacene.cif\n"),
                    {{"  # Temperature Dependence",
@@ -193,9 +171,7 @@ TEST(ConfigWriters, DataDirectoryAndUnopenableFile)
 
     v.data_dir = "no/such/dir";  // one level only: parents are not created
     testing::internal::CaptureStdout();
-    EXPECT_FALSE(v.write_veska_inp_terse("missing/veska.inp", 2, false));
-    EXPECT_FALSE(v.write_veska_inp_verbose("missing/veska.inp", 1, false));
-    EXPECT_FALSE(v.write_config_inp("missing/config.inp", 2, false));
+    for (Writer w : {terse, verbose, old}) EXPECT_FALSE((v.*w)("missing/x.inp", 1, false));
     EXPECT_FALSE(v.write_veska_inp("missing/full.inp", false, true));
     EXPECT_FALSE(v.write_veska_inp_terse("veska.inp", 2, true));
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
