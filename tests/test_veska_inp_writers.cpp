@@ -112,24 +112,16 @@ TEST(ConfigWriters, StartingLayoutsAndTheirVariants)
                    {{old_crystal_default, "molecule        1 z.mol\n"}}));
 }
 
-TEST(ConfigWriters, NumbersInStreamNotationAndVectorRows)
+TEST(ConfigWriters, NumbersInStreamNotation)
 {
     Transport v;
     v.set_varables_default();
     v.temp = 300.5; v.tsimu = 1e7; v.tsnap = 1000000.0; v.lat_cutoff = 12.3456789;
-    v.latt_vec[2][0] = 12.5; v.super_cell[1] = 7;
     EXPECT_EQ(written(v, terse, 2), edit(golden_terse, {
         {"  temp            = 300", "  temp            = 300.5\n"},
         {"  tsimu           = 1000    ! in ns", "  tsimu           = 1e+07    ! in ns\n"},
         {"  tsnap           = 5", "  tsnap           = 1e+06\n"},
         {terse_lat_cutoff, "  lat_cutoff      = 12.3457       ! for neighbor list construction\n"}}));
-    v.temp = 300; v.lat_cutoff = 4;
-    EXPECT_EQ(written(v, old, 2), edit(golden_old, {
-        {"vector_c           -4.888095     0.000000     7.138882",
-         "vector_c           12.500000     0.000000     7.138882\n"},
-        {"super_cell      5 5 5", "super_cell      5 7 5\n"},
-        {"tsimu           1000  ! in ns", "tsimu           1e+07  ! in ns\n"},
-        {"tsnap           5", "tsnap           1e+06\n"}}));
 }
 
 TEST(ConfigWriters, FullStateDefaultAndLoadedInput)
