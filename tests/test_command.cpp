@@ -48,6 +48,7 @@ std::pair<int, std::string> run_command(std::vector<std::string> args, std::vect
 
 const std::string start = "*** Transport Veska Input Generation ...\n";
 const std::string done = "Writting run script file 'run.sh' ...\n*** Succsessfully done.\n";
+const std::string plain = start + "Writing config file \"veska.inp\" ... \n" + done;
 const std::string run_sh = "#!/bin/sh\n\npython $VESKA_ROOT/bin/veska.py &> log &\n\n";
 
 std::string writing(const std::string& file) { return "Writing config file \"" + file + "\" ... \n"; }
@@ -66,20 +67,19 @@ TEST(Command, OptionsAndEnvironment)
         std::vector<std::string> args, env, files;  // files present before the run
         std::string out, file, text;                // file "" : none written
     } cases[] = {
-        {{}, {}, {}, start + writing("veska.inp") + done, "veska.inp", golden_terse},
+        {{}, {}, {}, plain, "veska.inp", golden_terse},
         {{"-config", "my.inp", "-verbose", "-mol"}, {}, {"run.sh"},
          config("my.inp") + start + writing("my.inp") + done, "my.inp", verbose_mol},
         // prefixes select the first entry they begin with; unknown words and a bare "-c" are ignored
         {{"-c", "-configfile", "-x.inp", "-molecule", "-verbosely", "--mol", "zzz"}, {}, {},
          config("-x.inp") + start + writing("-x.inp") + done, "-x.inp", verbose_mol},
-        {{"-verbose", "-mol", "-terse", "-cif", "-qchem", "-orca"}, {}, {},
-         start + writing("veska.inp") + done, "veska.inp",
+        {{"-verbose", "-mol", "-terse", "-cif", "-qchem", "-orca"}, {}, {}, plain, "veska.inp",
          edit(golden_terse, {{engine, "  compute_engine  = 2      ! 1 = Gaussian, 2 = ORCA, 3 = QCHEM\n"},
                              {exe, "  qc_exe          = fullpath/orca    ! g09/g16 or fullpath/orca or qchem\n"}})},
         {{"-config", "a.inp", "-config", "b.inp"}, {}, {},
          config("a.inp") + config("b.inp") + start + writing("b.inp") + done, "b.inp", golden_terse},
         {{"-verbose", "-config"}, {}, {},
-         "WARNING: -config needs a file name; keeping veska.inp\n" + start + writing("veska.inp") + done,
+         "WARNING: -config needs a file name; keeping veska.inp\n" + plain,
          "veska.inp", golden_verbose},
         {{"-config", "no/such/dir.inp"}, {}, {}, config("no/such/dir.inp") + start + done, "", ""},
         // the old format ignores name, kind, engine, environment and module flag
@@ -87,14 +87,12 @@ TEST(Command, OptionsAndEnvironment)
          {"VESKA_QC_EXE=/opt/g16", "VESKA_MODULE_QC=g16"}, {},
          config("x.inp") + start + writing("config.txt") + done, "config.txt",
          edit(golden_old, {{old_crystal_default, "molecule        2 mol1.mol mol2.mol\n"}})},
-        {{"-module"}, {}, {}, start + writing("veska.inp") + done, "veska.inp",
-         edit(golden_terse, {{module_off, "  module_qc = gaussian/g09.e01\n"}})},
-        {{}, {"VESKA_MODULE_QC="}, {}, start + writing("veska.inp") + done, "veska.inp",
-         edit(golden_terse, {{module_off, "  module_qc = \n"}})},
+        {{"-module"}, {}, {}, plain, "veska.inp", edit(golden_terse, {{module_off, "  module_qc = gaussian/g09.e01\n"}})},
+        {{}, {"VESKA_MODULE_QC="}, {}, plain, "veska.inp", edit(golden_terse, {{module_off, "  module_qc = \n"}})},
         {{"-qchem", "-mol"},
          {"VESKA_JOB_SCHED=slurm", "VESKA_JOB_QUEUE=gpu", "VESKA_QC_EXE=/opt/qc/bin/qchem",
           "VESKA_QC_NODES=abc", "VESKA_QC_PPN= 16x", "VESKA_MODULE_QC=qchem/5.4"},
-         {"b.mol", "a.mol"}, start + writing("veska.inp") + done, "veska.inp",
+         {"b.mol", "a.mol"}, plain, "veska.inp",
          edit(terse_mol, {{"  sched_type      = pbs    ! pbs, slurm, lsf, or local",
                            "  sched_type      = slurm    ! pbs, slurm, lsf, or local\n"},
                           {"  queue_name      = workq", "  queue_name      = gpu\n"},

@@ -36,19 +36,6 @@ static std::string written_full(VeskaInp& v)
     return read_text_file("full.inp");
 }
 
-TEST(VeskaInpModel, ConstructionDefaultsAndEngine)
-{
-    Transport t;
-    EXPECT_EQ(t.input_kind, -1);
-    EXPECT_TRUE(t.hl_same_flag && !t.re_same_flag && t.unique_2mol_calc_flag && t.unique_RE_calc_flag);
-    const std::pair<int, const char*> engines[] = {{2, "fullpath/orca"}, {3, "qchem"}, {7, "g09"}};
-    for (const auto& e : engines) {
-        t.set_compute_engine(e.first);
-        EXPECT_EQ(t.get_compute_engine(), e.first);
-        EXPECT_EQ(t.qc_exe, e.second);
-    }
-}
-
 TEST(VeskaInpModel, DefaultsResetSettingsButKeepSwitchesEngineAndModules)
 {
     Transport v;  // first what the defaults leave alone, then what they reset
@@ -62,7 +49,7 @@ TEST(VeskaInpModel, DefaultsResetSettingsButKeepSwitchesEngineAndModules)
     v.latt_vec[1][1] = 0; v.nei_scell[2] = 9; v.super_cell[0] = 1;
     v.set_varables_default();
     EXPECT_EQ(v.mater_name + v.qc_inp_append, "pentaceneextra\n");
-    EXPECT_EQ(v.tstep, 1.0);
+    EXPECT_EQ(v.tstep + v.get_compute_engine(), 4.0);
     EXPECT_EQ(written_full(v), edit(golden_full, {
         {"  do_transport_prepare              = 1", "  do_transport_prepare              = 0\n"},
         {"  nodelist        = \"\"", "  nodelist        = \"n1\"\n"},
