@@ -3,248 +3,167 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <vector>
+
+#include <algorithm>
+#include <cstring>
+#include <set>
+#include <sstream>
 
 #include "test_veska_inp_golden.h"
-#include "test_veska_inp_scratch.h"
 
 extern char** environ;
 
 namespace {
 
-struct RunResult {
-    int status = -1;
-    std::string out;
-};
-
-// Runs the command with `args` after the program word `argv0`, the VESKA_*
-// variables of this process removed and `env` ("NAME=value") added.
-RunResult run_command(const std::vector<std::string>& args,
-                      const std::vector<std::string>& env = {}, const char* argv0 = VESKA_INP_EXE)
+// Runs the command as `argv0 args...` without this process's VESKA_*
+// variables, with `env` added; returns the exit status and standard output.
+std::pair<int, std::string> run_command(std::vector<std::string> args, std::vector<std::string> env = {},
+                                        std::string argv0 = VESKA_INP_EXE)
 {
-    std::vector<std::string> envs;
     for (char** e = environ; *e; e++)
-        if (strncmp(*e, "VESKA_", 6) != 0) envs.push_back(*e);
-    envs.insert(envs.end(), env.begin(), env.end());
-    std::vector<char*> envp, argv{const_cast<char*>(argv0)};
-    for (auto& s : envs) envp.push_back(&s[0]);
-    envp.push_back(nullptr);
-    std::vector<std::string> argcopy = args;
-    for (auto& s : argcopy) argv.push_back(&s[0]);
+        if (strncmp(*e, "VESKA_", 6) != 0) env.push_back(*e);
+    args.insert(args.begin(), argv0);
+    std::vector<char*> argv, envp;
+    for (auto& s : args) argv.push_back(&s[0]);
+    for (auto& s : env) envp.push_back(&s[0]);
     argv.push_back(nullptr);
-
-    RunResult r;
-    int fds[2];
-    if (pipe(fds) != 0) return r;
+    envp.push_back(nullptr);
+    FILE* out = tmpfile();  // not in the directory under test
     pid_t pid = fork();
     if (pid == 0) {
-        dup2(fds[1], 1);
-        close(fds[0]);
-        close(fds[1]);
+        dup2(fileno(out), 1);
         execve(VESKA_INP_EXE, argv.data(), envp.data());
         _exit(127);
     }
-    close(fds[1]);
-    char buf[4096];
-    ssize_t n;
-    while ((n = read(fds[0], buf, sizeof buf)) > 0) r.out.append(buf, n);
-    close(fds[0]);
     int status = 0;
     waitpid(pid, &status, 0);
-    r.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return r;
+    std::string text;
+    rewind(out);
+    for (int ch; (ch = fgetc(out)) != EOF;) text += static_cast<char>(ch);
+    fclose(out);
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, text};
 }
 
-const std::string prog = "veska_transport_inp";
-const std::string start_line = "*** Transport Veska Input Generation ...\n";
-const std::string end_lines = "Writting run script file 'run.sh' ...\n*** Succsessfully done.\n";
+const std::string start = "*** Transport Veska Input Generation ...\n";
+const std::string done = "Writting run script file 'run.sh' ...\n*** Succsessfully done.\n";
+const std::string plain = start + "Writing config file \"veska.inp\" ... \n" + done;
 const std::string run_sh = "#!/bin/sh\n\npython $VESKA_ROOT/bin/veska.py &> log &\n\n";
 
-std::string writing(const std::string& file)
+std::string writing(const std::string& file) { return "Writing config file \"" + file + "\" ... \n"; }
+std::string warning(const std::string& name, const std::string& value)
 {
-    return "Writing config file \"" + file + "\" ... \n";
+    return "WARNING: " + name + " value \"" + value + "\" holds '!', '#' or '=' and will not read back "
+           "the same from the configuration file\n";
 }
-
-std::string config_line(const std::string& file)
-{
-    return "  " + prog + " Output config file is " + file + "\n";
-}
-
-std::string usage_text(const std::string& p)
-{
-    std::string u = "Transport Veska Input Generation\n\nUsage: " + p + " [opts]\n"
-                    "      -config veska.inp : set config file, default to veska.inp\n"
-                    "      -cif              : use cif file as molecule input (default)\n"
-                    "      -mol              : use mol file as molecule input\n"
-                    "      -module           : set to use environment module flag\n"
-                    "      -terse            : generate terse veska.inp (default)\n"
-                    "      -verbose          : generate verbose veska.inp\n"
-                    "      -oldconfig        : generate old config.inp\n"
-                    "      -orca             : use ORCA compute engine\n"
-                    "      -qchem            : use Q-Chem compute engine\n\n"
-                    "e.g.: " + p + "\n";
-    for (const char* e : {" -config veska.inp", " -verbose", " -cif", " -mol", " -module",
-                          " -config veska.inp -verbose", " -oldconfig", " -orca"})
-        u += "      " + p + e + "\n";
-    return u + "\n";
-}
-
-class Command : public ScratchDirTest {};
+std::string config(const std::string& f) { return "  veska_transport_inp Output config file is " + f + "\n"; }
 
 }  // namespace
 
-TEST_F(Command, NoArgumentsWritesTerseCifGaussianAndRunScript)
+TEST(Command, OptionsAndEnvironment)
 {
-    RunResult r = run_command({});
-    EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.out, start_line + writing("veska.inp") + end_lines);
-    EXPECT_EQ(slurp("veska.inp"), golden_terse);
-    EXPECT_EQ(slurp("run.sh"), run_sh);
+    const std::string engine = "  compute_engine  = 1      ! 1 = Gaussian, 2 = ORCA, 3 = QCHEM";
+    const std::string exe = "  qc_exe          = g09    ! g09/g16 or fullpath/orca or qchem";
+    const std::string verbose_mol = edit(
+        insert_before(golden_verbose, verbose_lat_cutoff, golden_vector_lines), {{crystal_default, mol_default}});
+    const std::string terse_mol = insert_before(golden_terse, terse_lat_cutoff, golden_vector_lines);
+    struct Case {
+        std::vector<std::string> args, env, files;  // files present before the run
+        std::string out, file, text;                // file "" : none written
+    } cases[] = {
+        {{}, {}, {}, plain, "veska.inp", golden_terse},
+        {{"-config", "my.inp", "-verbose", "-mol"}, {}, {"run.sh"},
+         config("my.inp") + start + writing("my.inp") + done, "my.inp", verbose_mol},
+        // prefixes select the first entry they begin with; unknown words and a bare "-c" are ignored
+        {{"-c", "-configfile", "-x.inp", "-molecule", "-verbosely", "--mol", "zzz"}, {}, {},
+         config("-x.inp") + start + writing("-x.inp") + done, "-x.inp", verbose_mol},
+        {{"-verbose", "-mol", "-terse", "-cif", "-qchem", "-orca"}, {}, {}, plain, "veska.inp",
+         edit(golden_terse, {{engine, "  compute_engine  = 2      ! 1 = Gaussian, 2 = ORCA, 3 = QCHEM\n"},
+                             {exe, "  qc_exe          = fullpath/orca    ! g09/g16 or fullpath/orca or qchem\n"}})},
+        {{"-config", "a.inp", "-config", "b.inp"}, {}, {},
+         config("a.inp") + config("b.inp") + start + writing("b.inp") + done, "b.inp", golden_terse},
+        {{"-verbose", "-config"}, {}, {},
+         "WARNING: -config needs a file name; keeping veska.inp\n" + plain,
+         "veska.inp", golden_verbose},
+        {{"-config", "no/such/dir.inp"}, {}, {}, config("no/such/dir.inp") + start + done, "", ""},
+        // the old format ignores name, kind, engine, environment and module flag
+        {{"-oldconfig", "-orca", "-config", "x.inp", "-cif", "-module"},
+         {"VESKA_QC_EXE=/opt/g16", "VESKA_MODULE_QC=g16"}, {},
+         config("x.inp") + start + writing("config.txt") + done, "config.txt",
+         edit(golden_old, {{old_crystal_default, "molecule        2 mol1.mol mol2.mol\n"}})},
+        {{"-module"}, {}, {}, plain, "veska.inp", edit(golden_terse, {{module_off, "  module_qc = gaussian/g09.e01\n"}})},
+        {{}, {"VESKA_MODULE_QC="}, {}, plain, "veska.inp", edit(golden_terse, {{module_off, "  module_qc = \n"}})},
+        {{"-qchem", "-mol"},
+         {"VESKA_JOB_SCHED=slurm", "VESKA_JOB_QUEUE=gpu", "VESKA_QC_EXE=/opt/qc/bin/qchem",
+          "VESKA_QC_NODES=abc", "VESKA_QC_PPN= 16x", "VESKA_MODULE_QC=qchem/5.4"},
+         {"b.mol", "a.mol"}, plain, "veska.inp",
+         edit(terse_mol, {{"  sched_type      = pbs    ! pbs, slurm, lsf, or local",
+                           "  sched_type      = slurm    ! pbs, slurm, lsf, or local\n"},
+                          {"  queue_name      = workq", "  queue_name      = gpu\n"},
+                          {engine, "  compute_engine  = 3      ! 1 = Gaussian, 2 = ORCA, 3 = QCHEM\n"},
+                          {exe, "  qc_exe          = /opt/qc/bin/qchem    ! g09/g16 or fullpath/orca or qchem\n"},
+                          {module_off, "  module_qc = qchem/5.4\n"},
+                          {"  qc_nodes        = 1", "  qc_nodes        = 0\n"},
+                          {"  qc_ppn          = 8", "  qc_ppn          = 16\n"},
+                          {crystal_default, "  molecule        = 2 a.mol b.mol\n"}})},
+        // values that would not read back are written as given, with a warning
+        {{}, {"VESKA_QC_EXE=g16 ! fast", "VESKA_JOB_QUEUE=q#1"}, {},
+         start + warning("VESKA_JOB_QUEUE", "q#1") + warning("VESKA_QC_EXE", "g16 ! fast") +
+             writing("veska.inp") + done, "veska.inp",
+         edit(golden_terse, {{"  queue_name      = workq", "  queue_name      = q#1\n"},
+                             {exe, "  qc_exe          = g16 ! fast    ! g09/g16 or fullpath/orca or qchem\n"}})},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(c.args) + testing::PrintToString(c.env));
+        ScratchDir dir;
+        for (const std::string& f : c.files) write_text_file(f, "x\n");
+        auto r = run_command(c.args, c.env);
+        EXPECT_EQ(r.first, 0);
+        EXPECT_EQ(r.second, c.out);
+        EXPECT_EQ(c.file.empty() ? c.text : read_text_file(c.file), c.text);
+        EXPECT_EQ(read_text_file("run.sh"), run_sh);  // truncated when present
+        std::set<std::string> want(c.files.begin(), c.files.end()), have;  // nothing else written
+        want.insert({"run.sh", c.file.empty() ? "run.sh" : c.file});
+        for (const auto& e : std::filesystem::directory_iterator(".")) have.insert(e.path().filename());
+        EXPECT_EQ(have, want);
+    }
 }
 
-TEST_F(Command, ConfigVerboseMolAndPrefixMatching)
+TEST(Command, HelpPrintsTitleAndUsageAndWritesNothing)
 {
-    touch("run.sh");  // truncated, not appended to
-    RunResult r = run_command({"-config", "my.inp", "-verbose", "-mol"});
-    EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.out, config_line("my.inp") + start_line + writing("my.inp") + end_lines);
-    std::string verbose_mol = replace_line(
-        insert_before(golden_verbose, verbose_lat_cutoff, golden_vector_lines), new_crystal_default,
-        new_mol_default);
-    EXPECT_EQ(slurp("my.inp"), verbose_mol);
-    EXPECT_EQ(slurp("run.sh"), run_sh);
-    EXPECT_FALSE(exists("veska.inp"));
-
-    // -configfile selects -config and -molecule selects -mol; unknown words
-    // and a bare "-c" are ignored.
-    r = run_command({"-c", "-configfile", "-x.inp", "-molecule", "-verbosely", "--mol", "zzz"});
-    EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.out, config_line("-x.inp") + start_line + writing("-x.inp") + end_lines);
-    EXPECT_EQ(slurp("-x.inp"), verbose_mol);
-}
-
-TEST_F(Command, LaterOptionsOverrideEarlierOnes)
-{
-    RunResult r = run_command({"-verbose", "-mol", "-terse", "-cif", "-qchem", "-orca"});
-    EXPECT_EQ(r.status, 0);
-    std::string expected = replace_line(golden_terse,
-                                        "  compute_engine  = 1      ! 1 = Gaussian, 2 = ORCA, 3 = QCHEM",
-                                        "  compute_engine  = 2      ! 1 = Gaussian, 2 = ORCA, 3 = QCHEM\n");
-    expected = replace_line(expected, "  qc_exe          = g09    ! g09/g16 or fullpath/orca or qchem",
-                            "  qc_exe          = fullpath/orca    ! g09/g16 or fullpath/orca or qchem\n");
-    EXPECT_EQ(slurp("veska.inp"), expected);
-
-    r = run_command({"-config", "a.inp", "-config", "b.inp"});
-    EXPECT_EQ(r.out, config_line("a.inp") + config_line("b.inp") + start_line + writing("b.inp") +
-                         end_lines);
-    EXPECT_FALSE(exists("a.inp"));
-    EXPECT_EQ(slurp("b.inp"), golden_terse);
-}
-
-TEST_F(Command, OldConfigIgnoresNameKindEngineEnvironmentAndModule)
-{
-    RunResult r = run_command({"-oldconfig", "-orca", "-config", "x.inp", "-cif", "-module"},
-                              {"VESKA_QC_EXE=/opt/g16", "VESKA_MODULE_QC=g16"});
-    EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.out, config_line("x.inp") + start_line + writing("config.txt") + end_lines);
-    EXPECT_EQ(slurp("config.txt"), replace_line(golden_old, "crystal         naphthalene.cif",
-                                                "molecule        2 mol1.mol mol2.mol\n"));
-    EXPECT_FALSE(exists("x.inp") || exists("veska.inp"));
-    EXPECT_EQ(slurp("run.sh"), run_sh);
-}
-
-TEST_F(Command, HelpPrintsUsageAndWritesNothing)
-{
-    const std::string title =
-        "*******************************************************************\n"
-        "*   VESKA Transport Calculation Utility, Version 2.0.0            *\n";
-    for (const char* arg : {"-h", "-help", "-hx", "--help"}) {
-        RunResult r = run_command({"-mol", arg, "-config"});
-        EXPECT_EQ(r.status, 0) << arg;
-        ASSERT_EQ(r.out.compare(0, title.size(), title), 0) << r.out;
-        // Four title lines of 67 characters, the last one a row of stars.
-        std::vector<std::string> lines;
-        std::istringstream in(r.out);
-        for (std::string l; std::getline(in, l);) lines.push_back(l);
-        ASSERT_GT(lines.size(), 4u);
-        for (int i = 0; i < 4; i++) EXPECT_EQ(lines[i].size(), 67u) << lines[i];
-        EXPECT_EQ(lines[2].compare(0, 4, "*   "), 0);
-        EXPECT_EQ(lines[2].back(), '*');
-        EXPECT_EQ(lines[3], std::string(67, '*'));
-        size_t after_title = 4 * 68;
-        EXPECT_EQ(r.out.substr(after_title), usage_text(prog));
+    ScratchDir dir;
+    auto usage = [](const std::string& p) {
+        std::string u = "Transport Veska Input Generation\n\nUsage: " + p + " [opts]\n"
+                        "      -config veska.inp : set config file, default to veska.inp\n"
+                        "      -cif              : use cif file as molecule input (default)\n"
+                        "      -mol              : use mol file as molecule input\n"
+                        "      -module           : set to use environment module flag\n"
+                        "      -terse            : generate terse veska.inp (default)\n"
+                        "      -verbose          : generate verbose veska.inp\n"
+                        "      -oldconfig        : generate old config.inp\n"
+                        "      -orca             : use ORCA compute engine\n"
+                        "      -qchem            : use Q-Chem compute engine\n\ne.g.: " + p + "\n";
+        for (const char* e : {" -config veska.inp", " -verbose", " -cif", " -mol", " -module",
+                              " -config veska.inp -verbose", " -oldconfig", " -orca"})
+            u += "      " + p + e + "\n";
+        return u + "\n";
+    };
+    const std::string stars(67, '*');
+    const std::vector<std::pair<std::string, std::string>> runs = {
+        {"-h", VESKA_INP_EXE}, {"-help", VESKA_INP_EXE}, {"-hx", VESKA_INP_EXE},
+        {"--help", "C:\\tools\\vinp"}, {"-h", "plain"}};  // name after the last "/" or "\"
+    for (const auto& run : runs) {
+        auto r = run_command({"-mol", run.first, "-config"}, {}, run.second);
+        EXPECT_EQ(r.first, 0);
+        std::istringstream in(r.second);
+        std::string line[4];
+        for (std::string& l : line) std::getline(in, l);
+        EXPECT_EQ(line[0] + line[3], stars + stars);
+        EXPECT_EQ(line[1], "*   VESKA Transport Calculation Utility, Version 2.0.0            *");
+        EXPECT_TRUE(line[2].size() == 67 && line[2].rfind("*   ", 0) == 0 && line[2].back() == '*');
+        std::string p = run.second.substr(run.second.find_last_of("/\\") + 1);
+        EXPECT_EQ(r.second.substr(std::min<size_t>(r.second.size(), 4 * 68)), usage(p));
     }
     EXPECT_TRUE(std::filesystem::is_empty("."));
-
-    // The program name is the last part of the first word, after "/" or "\".
-    RunResult r = run_command({"--help"}, {}, "C:\\tools\\vinp");
-    EXPECT_EQ(r.out.substr(4 * 68), usage_text("vinp"));
-    r = run_command({"-h"}, {}, "plain");
-    EXPECT_EQ(r.out.substr(4 * 68), usage_text("plain"));
-}
-
-TEST_F(Command, ConfigAsLastArgumentKeepsDefaultName)
-{
-    RunResult r = run_command({"-verbose", "-config"});
-    EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.out.rfind("WARNING: ", 0), 0u) << r.out;
-    EXPECT_NE(r.out.find(start_line + writing("veska.inp") + end_lines), std::string::npos);
-    EXPECT_EQ(slurp("veska.inp"), golden_verbose);
-}
-
-TEST_F(Command, UnwritableConfigIsSkippedSilently)
-{
-    RunResult r = run_command({"-config", "no/such/dir.inp"});
-    EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.out, config_line("no/such/dir.inp") + start_line + end_lines);
-    EXPECT_EQ(slurp("run.sh"), run_sh);
-}
-
-TEST_F(Command, ModuleFlagWithAndWithoutEnvironment)
-{
-    run_command({"-module"});
-    EXPECT_EQ(slurp("veska.inp"), replace_line(golden_terse, "#  module_qc = gaussian/g09.e01",
-                                               "  module_qc = gaussian/g09.e01\n"));
-    // An empty VESKA_MODULE_QC turns the flag on with an empty name.
-    run_command({}, {"VESKA_MODULE_QC="});
-    EXPECT_EQ(slurp("veska.inp"),
-              replace_line(golden_terse, "#  module_qc = gaussian/g09.e01", "  module_qc = \n"));
-}
-
-TEST_F(Command, EnvironmentOverridesEngineAndDefaults)
-{
-    touch("b.mol");
-    touch("a.mol");
-    RunResult r = run_command({"-qchem", "-mol"},
-                              {"VESKA_JOB_SCHED=slurm", "VESKA_JOB_QUEUE=gpu", "VESKA_QC_EXE=/opt/qc/bin/qchem",
-                               "VESKA_QC_NODES=abc", "VESKA_QC_PPN= 16x", "VESKA_MODULE_QC=qchem/5.4"});
-    EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.out, start_line + writing("veska.inp") + end_lines);
-    std::string e = golden_terse;
-    e = replace_line(e, "  sched_type      = pbs    ! pbs, slurm, lsf, or local",
-                     "  sched_type      = slurm    ! pbs, slurm, lsf, or local\n");
-    e = replace_line(e, "  queue_name      = workq", "  queue_name      = gpu\n");
-    e = replace_line(e, "  compute_engine  = 1      ! 1 = Gaussian, 2 = ORCA, 3 = QCHEM",
-                     "  compute_engine  = 3      ! 1 = Gaussian, 2 = ORCA, 3 = QCHEM\n");
-    e = replace_line(e, "  qc_exe          = g09    ! g09/g16 or fullpath/orca or qchem",
-                     "  qc_exe          = /opt/qc/bin/qchem    ! g09/g16 or fullpath/orca or qchem\n");
-    e = replace_line(e, "#  module_qc = gaussian/g09.e01", "  module_qc = qchem/5.4\n");
-    e = replace_line(e, "  qc_nodes        = 1", "  qc_nodes        = 0\n");
-    e = replace_line(e, "  qc_ppn          = 8", "  qc_ppn          = 16\n");
-    e = insert_before(e, terse_lat_cutoff, golden_vector_lines);
-    e = replace_line(e, new_crystal_default, "  molecule        = 2 a.mol b.mol\n");
-    EXPECT_EQ(slurp("veska.inp"), e);
-}
-
-TEST_F(Command, WarnsAboutEnvironmentValuesThatDoNotReadBack)
-{
-    RunResult r = run_command({}, {"VESKA_QC_EXE=g16 ! fast", "VESKA_JOB_QUEUE=q#1"});
-    EXPECT_EQ(r.status, 0);
-    EXPECT_NE(r.out.find("\nWARNING: VESKA_JOB_QUEUE value \"q#1\""), std::string::npos) << r.out;
-    EXPECT_NE(r.out.find("\nWARNING: VESKA_QC_EXE value \"g16 ! fast\""), std::string::npos);
-    // The values are still written as given.
-    EXPECT_NE(slurp("veska.inp").find("  qc_exe          = g16 ! fast    ! g09/g16"), std::string::npos);
 }

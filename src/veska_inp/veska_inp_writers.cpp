@@ -166,13 +166,17 @@ void neighbour_search(const VeskaInp& v, ConfigText& t)
     t.blank();
 }
 
-void golden_rule(const VeskaInp& v, ConfigText& t, const char* sta_comment)
+// The angle step, then the rate section; each followed by an empty line.
+void angle_and_golden_rule(const VeskaInp& v, ConfigText& t, const char* sta_comment)
 {
+    t.set("delta_angle", num(v.delta_angle));
+    t.blank();
     t.comment("# Femi Golden Rule");
     t.set("temp", num(v.temp));
     t.set("maxt", num(v.maxt));
     t.set("ratetype", v.ratetype, "  ! macus or quanta");
     t.set("sta", num(v.sta), sta_comment);
+    t.blank();
 }
 
 void mc_lengths(const VeskaInp& v, ConfigText& t, const char* tsimu_comment)
@@ -320,10 +324,7 @@ bool VeskaInp::write_veska_inp_verbose(const char* path, int input_kind, bool in
     t.blank();
     if (input_kind == 1) lattice_vectors(*this, t);
     neighbour_search(*this, t);
-    t.set("delta_angle", num(delta_angle));
-    t.blank();
-    golden_rule(*this, t, "       ! short-time approximation");
-    t.blank();
+    angle_and_golden_rule(*this, t, "       ! short-time approximation");
     t.set("lat_site_energy", num(lat_site_energy), "  ! if calculate site energy");
     t.blank();
     output_level_line(*this, t);
@@ -366,10 +367,7 @@ bool VeskaInp::write_veska_inp(const char* path, bool in_data_dir, bool verbose)
     t.blank();
     t.set("eckart_mirror", num(eckart_mirror));
     t.blank();
-    t.set("delta_angle", num(delta_angle));
-    t.blank();
-    golden_rule(*this, t, "  ! short-time approximation");
-    t.blank();
+    angle_and_golden_rule(*this, t, "  ! short-time approximation");
     runs_and_molecules(*this, t, "  ! in ns");
     t.blank();
     unique_flags(*this, t);
@@ -402,10 +400,7 @@ bool VeskaInp::write_config_inp(const char* path, int input_kind, bool in_data_d
     lattice_vectors(*this, t);
     t.set("lat_cutoff", num(lat_cutoff), "  ! for neighbor list construction");
     t.blank();
-    t.set("delta_angle", num(delta_angle));
-    t.blank();
-    golden_rule(*this, t, "  ! short-time approximation");
-    t.blank();
+    angle_and_golden_rule(*this, t, "  ! short-time approximation");
     mc_section(*this, t, "  ! in ns");
     t.blank();
     me_section(*this, t, true);
