@@ -69,11 +69,6 @@ TEST_F(QcInputTest, LayoutsLineByLine)
          },
          "! opt freq PBE0 def2-TZVP NoUseSym\n\n%MaxCore 500\n%PAL NPROCS 2 END\n\n*xyz -1 2\n" +
              atoms3 + "*\ntail\n"},
-        {"empty.inp",
-         [](FileIO& f, const char* p) {
-             f.write_orca_mol_inp_HL(p, 0, nullptr, nullptr, 1, 1, "m", "b", "");
-         },
-         "! SP m b NoUseSym\n\n%MaxCore 1\n%PAL NPROCS 1 END\n\n" + orca_output + "*xyz 0 1\n*\n"},
         {"hl.qcin",
          [](FileIO& f, const char* p) {
              f.write_qchem_mol_inp_HL(p, 3, types3, coords3, 7, 24, "wb97x-d", "6-31g*", extra);

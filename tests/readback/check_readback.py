@@ -7,23 +7,21 @@ usage: check_readback.py <generator> [<cif> ...]; exit 77 if a reader is missing
 import re, shutil, subprocess, sys, tempfile
 import xml.etree.ElementTree as ET
 
-Z = {"H": 1, "C": 6, "N": 7, "O": 8, "F": 9, "S": 16, "Cl": 17, "Br": 35}
-# One- and two-letter symbols, 106 electrons; more decimals than any layout writes.
-MOLECULE = [("C", 0.123456789, -1.987654321, 12.3456789), ("C", 1.5, 0.25, -0.125),
-            ("S", -3.14159265, 2.71828183, 0.70710678), ("H", 10.0000049, -10.0000051, 99.99994),
-            ("Cl", -0.00004, 0.00005, 1.23456789), ("Br", 2.34567891, 3.45678912, -4.56789123),
-            ("N", 5.67891234, -6.78912345, 7.89123456), ("O", -8.91234567, 9.12345678, -11.1111111),
-            ("F", 22.2222222, -33.3333333, 44.4444444), ("H", -0.99999999, 0.333333333, 0.666666667)]
+Z = {"H": 1, "C": 6, "N": 7, "S": 16, "Cl": 17, "Br": 35}
+# One- and two-letter symbols, 82 electrons; more decimals than any layout writes.
+MOL = [("C", 0.123456789, -1.987654321, 12.3456789), ("S", -3.14159265, 2.71828183, 0.70710678),
+       ("H", 10.0000049, -10.0000051, 99.99994), ("Cl", -0.00004, 0.00005, 1.23456789),
+       ("Br", 22.2222222, -33.3333333, 44.4444444), ("N", -0.99999999, 0.333333333, 0.66666667)]
 # Two molecules in fractions, the second unwrapped past the cell; supercell NA x 1 x 1.
 CELL, NA = [7.1234, 9.87654, 11.5, 88.5, 101.25, 92.0], 2
 CELL_MOLS = [[("C", .1, .2, .3), ("C", .2123456, .2876543, .3456789), ("H", .05, .15, .25)],
              [("N", .95, .6, .7), ("H", 1.02, .65, .75), ("Br", .88, .5, .62)]]
 IN_CELL = [a for m in CELL_MOLS for a in m]
 SUPER = [(s, (i + x) / NA, y, z) for i in range(NA) for s, x, y, z in IN_CELL]
-WANT = {"mol": (MOLECULE, None), "cell": (IN_CELL, CELL), "super": (SUPER, [CELL[0] * NA] + CELL[1:])}
-SYM = {"symmetry": "off", "sym_ignore": "true"}
+WANT = {"mol": (MOL, None), "cell": (IN_CELL, CELL), 
+        "super": (SUPER, [CELL[0] * NA] + CELL[1:])}
+REM = {"method": "b3lyp", "basis": "6-31g*", "symmetry": "off", "sym_ignore": "true"}
 failures, skipped = [], set()
-
 
 def obabel(path):  # the file extension names the format
     if not shutil.which("obabel"):
@@ -31,10 +29,9 @@ def obabel(path):  # the file extension names the format
     out = subprocess.run(["obabel", path, "-ocml"], capture_output=True, text=True, check=True)
     root, cml = ET.fromstring(out.stdout), "{http://www.xml-cml.org/schema}"
     keys = ("xFract", "yFract", "zFract") if path.endswith(".cif") else ("x3", "y3", "z3")
-    rows = [(a.get("elementType"), *[float(a.get(k)) for k in keys]) for a in root.iter(cml + "atom")]
+    rows = [(a.get("elementType"), *map(float, map(a.get, keys))) for a in root.iter(cml + "atom")]
     cell = {s.get("title"): float(s.text) for s in root.iter(cml + "scalar")}
     return rows, [cell.get(t) for t in ("a", "b", "c", "alpha", "beta", "gamma")], {}
-
 
 def gemmi_cif(path):
     import gemmi
@@ -43,7 +40,6 @@ def gemmi_cif(path):
             [s.cell.a, s.cell.b, s.cell.c, s.cell.alpha, s.cell.beta, s.cell.gamma],
             {"labels": [a.label for a in s.sites]})
 
-
 def ase_gaussian(path):
     from ase.io.gaussian import read_gaussian_in
     with open(path) as f:
@@ -51,7 +47,6 @@ def ase_gaussian(path):
     p = atoms.calc.parameters
     return ([(s, *x) for s, x in zip(atoms.get_chemical_symbols(), atoms.positions)], None,
             {k: p.get(k) for k in ("charge", "mult", "chk", "mem", "nprocs")})
-
 
 class PatchedRe:
     """Debian's pymatgen puts (?i) mid-pattern, which Python 3.11 rejects;
@@ -64,7 +59,6 @@ class PatchedRe:
             pattern, flags = pattern.replace("(?i)", ""), flags | re.IGNORECASE
         return re.compile(pattern, flags)
 
-
 def pymatgen_qchem(path):
     from pymatgen.io.qchem import utils
     from pymatgen.io.qchem.inputs import QCInput
@@ -76,10 +70,8 @@ def pymatgen_qchem(path):
              "then": [str(j.molecule) for j in jobs[1:]],
              "rem": [{k.lower(): str(v).lower() for k, v in j.rem.items()} for j in jobs]})
 
-
 def link0(charge, mult, chk):
     return {"charge": charge, "mult": mult, "chk": chk, "mem": "2000mb", "nprocs": "4"}
-
 
 # file, reader, expected atoms, decimals written (OpenBabel's CML adds its own 6), other facts
 ROWS = [("molecule.xyz", obabel, "mol", 10, {}), ("molecule.mol", obabel, "mol", 4, {}),
@@ -90,11 +82,9 @@ ROWS = [("molecule.xyz", obabel, "mol", 10, {}), ("molecule.mol", obabel, "mol",
         ("hl.com", ase_gaussian, "mol", 4, link0(0, 1, "hl.chk")),
         ("re.com", ase_gaussian, "mol", 4, link0(1, 2, "re.chk")),
         ("hl.qcin", pymatgen_qchem, "mol", 4, {"charge": 0, "mult": 1, "then": [], "rem": [
-            dict(job_type="sp", method="b3lyp", basis="6-31g*", exchange="wb97x", gui="2", **SYM)]}),
+            dict(job_type="sp", exchange="wb97x", gui="2", **REM)]}),
         ("re.qcin", pymatgen_qchem, "mol", 4, {"charge": -1, "mult": 2, "then": ["read"], "rem": [
-            dict(job_type="opt", method="b3lyp", basis="6-31g*", **SYM),
-            dict(job_type="freq", method="b3lyp", basis="6-31g*", iprint="10000000", gui="2", **SYM)]})]
-
+            dict(job_type="opt", **REM), dict(job_type="freq", iprint="10000000", gui="2", **REM)]})]
 
 def compare(got, want, decimals, facts):
     (rows, cell, got_facts), (atoms, want_cell) = got, WANT[want]
@@ -107,9 +97,8 @@ def compare(got, want, decimals, facts):
         return f"atoms {bad} off by more than {tol:g}"
     if want_cell and any(g is None or abs(g - w) > 5e-5 + 5e-7 for g, w in zip(cell, want_cell)):
         return f"cell {cell}"
-    wrong = [f"{k} {got_facts.get(k)!r} != {v!r}" for k, v in facts.items() if got_facts.get(k) != v]
-    return "; ".join(wrong)
-
+    return "; ".join(f"{k} {got_facts.get(k)!r} != {v!r}"
+                     for k, v in facts.items() if got_facts.get(k) != v)
 
 def check_unwrapped(source, unwrapped):
     """Same sites as gemmi's expansion of the source modulo whole cells, and
@@ -146,7 +135,6 @@ def check_unwrapped(source, unwrapped):
     if molecules(got, False) != molecules(merged, True):
         return "a molecule is split across the cell"
 
-
 def attempt(label, check):
     try:
         problem = check()
@@ -158,14 +146,13 @@ def attempt(label, check):
         failures.append(label)
     print(f"FAIL: {label}: {problem}" if problem else f"ok: {label}")
 
-
 def main():
     if len(sys.argv) < 2:
         sys.exit(__doc__)
     cifs = sys.argv[2:]
     stdin = " ".join(map(repr, CELL)) + f" {NA}\n" + "".join(
         f"{len(m)}\n" + "".join(f"{Z[s]} {x!r} {y!r} {z!r}\n" for s, x, y, z in m)
-        for m in [MOLECULE] + CELL_MOLS)
+        for m in [MOL] + CELL_MOLS)
     with tempfile.TemporaryDirectory(prefix="veska_readback_") as tmp:
         subprocess.run([sys.argv[1], tmp] + cifs, input=stdin, text=True, check=True,
                        stdout=subprocess.DEVNULL)
@@ -173,13 +160,13 @@ def main():
             attempt(f"{reader.__name__} {name}",
                     lambda: compare(reader(f"{tmp}/{name}"), want, decimals, facts))
         for n, cif in enumerate(cifs, 1):
-            attempt(f"unwrap {cif}", lambda: check_unwrapped(cif, f"{tmp}/unwrap_{n}.cif"))
+            attempt(f"unwrap {cif.split('/')[-1]}",
+                    lambda: check_unwrapped(cif, f"{tmp}/unwrap_{n}.cif"))
     print("note: no independent ORCA input reader is packaged; the unit tests check ORCA layouts")
     if skipped:
         print("SKIP: missing independent reader(s): " + ", ".join(sorted(skipped)))
     print(f"{len(failures)} read-back check(s) failed" if failures else "no read-back check failed")
     return 1 if failures else 77 if skipped else 0
-
 
 if __name__ == "__main__":
     sys.exit(main())
