@@ -110,16 +110,20 @@ void FileIO::write_orca_mol_inp_RE(const char* path, int natoms, int* atypes, do
 
 // ---- Q-Chem -----------------------------------------------------------------
 
-typedef std::vector<std::pair<const char*, std::string>> RemLines;
+typedef std::vector<std::pair<const char*, const char*>> RemLines;
 
-// A $rem section: keywords padded so that every value starts in column 17;
-// all jobs end with the symmetry switches.
-static std::string qchem_rem(const RemLines& lines)
+// A $rem section: job, method and basis, then the job's own keywords, all
+// padded so that every value starts in column 17; every job ends with the
+// symmetry switches.
+static std::string qchem_rem(const char* job, const char* method, const char* basis,
+                             const RemLines& more)
 {
+    RemLines lines = {{"JOBTYPE", job}, {"METHOD", method}, {"BASIS", basis}};
+    lines.insert(lines.end(), more.begin(), more.end());
+    lines.insert(lines.end(), {{"symmetry", "off"}, {"sym_ignore", "true"}});
     std::string rem = "$rem\n";
-    for (const auto& line : lines)
-        rem += format_string("%-16s%s\n", line.first, line.second.c_str());
-    return rem + "symmetry        off\nsym_ignore      true\n$end\n\n";
+    for (const auto& line : lines) rem += format_string("%-16s%s\n", line.first, line.second);
+    return rem + "$end\n\n";
 }
 
 static std::string qchem_head(const char* charge_mult)
@@ -133,12 +137,8 @@ void FileIO::write_qchem_mol_inp_HL(const char* path, int natoms, int* atypes, d
                                     int /*count*/, int /*ppn*/, const char* method,
                                     const char* basis, const std::string& extra)
 {
-    const std::string tail =
-        qchem_molecule_end + qchem_rem({{"JOBTYPE", "SP"},
-                                        {"METHOD", method},
-                                        {"BASIS", basis},
-                                        {"EXCHANGE", "wb97x"},
-                                        {"gui", "2"}});
+    const std::string tail = qchem_molecule_end +
+                             qchem_rem("SP", method, basis, {{"EXCHANGE", "wb97x"}, {"gui", "2"}});
     write_qc_input(*this, "Writing Q-Chem inp file ", path, natoms, atypes, x,
                    qchem_head(hl_charge_mult), tail, extra);
 }
@@ -150,14 +150,9 @@ void FileIO::write_qchem_mol_inp_RE(const char* path, int natoms, int* atypes, d
                                     const std::string& extra)
 {
     const std::string tail =
-        qchem_molecule_end +
-        qchem_rem({{"JOBTYPE", "opt"}, {"METHOD", method}, {"BASIS", basis}}) +
+        qchem_molecule_end + qchem_rem("opt", method, basis, {}) +
         "@@@\n\n$molecule\n  read\n$end\n\n" +
-        qchem_rem({{"JOBTYPE", "freq"},
-                   {"METHOD", method},
-                   {"BASIS", basis},
-                   {"iprint", "10000000"},
-                   {"gui", "2"}});
+        qchem_rem("freq", method, basis, {{"iprint", "10000000"}, {"gui", "2"}});
     write_qc_input(*this, "Writing Q-Chem inp file ", path, natoms, atypes, x,
                    qchem_head(charge_mult), tail, extra);
 }
