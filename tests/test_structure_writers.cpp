@@ -163,6 +163,8 @@ TEST_F(StructureWriterTest, RealCrystalReadsBackThroughOwnReaders)
         back.x_s_mol = new double*[1]{nullptr};
         back.read_data_mol(("data/" + fio.mol_files[m]).c_str(), 0, false);
         ASSERT_EQ(back.natoms_mol[0], fio.natoms_mol[m]);
+        for (int a = 0; a < fio.natoms_mol[m]; a++)
+            EXPECT_EQ(back.atypes_mol[0][a], fio.atypes_mol[m][a]) << "atom " << a;
         for (int i = 0; i < 3 * fio.natoms_mol[m]; i++)
             EXPECT_NEAR(back.x_mol[0][i], fio.x_mol[m][i], 0.5e-4 + 1e-12) << "coordinate " << i;
     }

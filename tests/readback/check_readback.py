@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Reads the writers' files back with readers written elsewhere (OpenBabel,
-gemmi, ASE, pymatgen): same elements and coordinates to the written precision.
-Each CIF given is also unwrapped and compared with gemmi's symmetry expansion.
-usage: check_readback.py <generator> [<cif> ...]; exit 77 if a reader is missing."""
+"""usage: check_readback.py <generator> [<cif> ...]
+Reads the writers' files back with OpenBabel, gemmi, ASE and pymatgen: same elements and
+coordinates to the written precision; each CIF is also unwrapped and compared with gemmi's
+symmetry expansion. Exit status 1 when a check fails, 77 when a reader is missing."""
 
 import re, shutil, subprocess, sys, tempfile
 import xml.etree.ElementTree as ET
@@ -18,8 +18,7 @@ CELL_MOLS = [[("C", .1, .2, .3), ("C", .2123456, .2876543, .3456789), ("H", .05,
              [("N", .95, .6, .7), ("H", 1.02, .65, .75), ("Br", .88, .5, .62)]]
 IN_CELL = [a for m in CELL_MOLS for a in m]
 SUPER = [(s, (i + x) / NA, y, z) for i in range(NA) for s, x, y, z in IN_CELL]
-WANT = {"mol": (MOL, None), "cell": (IN_CELL, CELL), 
-        "super": (SUPER, [CELL[0] * NA] + CELL[1:])}
+WANT = {"mol": (MOL, None), "cell": (IN_CELL, CELL), "super": (SUPER, [CELL[0] * NA] + CELL[1:])}
 LINK0 = {"mem": "2000mb", "nprocs": "4"}
 REM = {"method": "b3lyp", "basis": "6-31g*", "symmetry": "off", "sym_ignore": "true"}
 failures, skipped = [], set()

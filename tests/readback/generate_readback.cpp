@@ -1,9 +1,7 @@
-// Writes one file of every structure and input layout into <out-dir> for
-// check_readback.py to read back with programs from outside the project.
-// Standard input: "a b c alpha beta gamma na", then molecules, each a count
-// and "Z x y z" rows; the first is Cartesian, the others are fractional and
-// fill the cell (the supercell is na x 1 x 1). Each <cif> argument n is
-// also unwrapped into <out-dir>/unwrap_<n>.cif.
+// One file of every structure and input layout, for check_readback.py. Input:
+// "a b c alpha beta gamma na", then molecules as a count and "Z x y z" rows:
+// the first Cartesian, the others fractional, filling the cell (and an
+// na x 1 x 1 supercell). The n-th <cif> is unwrapped into unwrap_<n>.cif.
 
 #include <cstdio>
 #include <string>
