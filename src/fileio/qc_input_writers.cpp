@@ -8,6 +8,7 @@
 
 #include "fatal.h"
 #include "fileio.h"
+#include "mmutil.h"
 #include "writer_text.h"
 
 // The frame shared by all engines.
@@ -20,7 +21,7 @@ static void write_qc_input(FileIO& fio, const char* announce, const char* path, 
     for (int a = 0; a < natoms; a++) {
         const std::string sym = output_element_symbol(fio, atypes[a], a, path);
         const double* r = x + 3 * a;
-        append_format(text, "%-2s %9.4f %9.4f %9.4f\n", sym.c_str(), r[0], r[1], r[2]);
+        text += format_string("%-2s %9.4f %9.4f %9.4f\n", sym.c_str(), r[0], r[1], r[2]);
     }
     text += tail;
     text += extra;
@@ -48,7 +49,7 @@ static std::string gaussian_head(const GaussianJob& job, const char* title, cons
 {
     const std::string chk_line = std::string("%chk=") + chk + ".chk\n";
     std::string head = job.chk_first ? chk_line : "";
-    append_format(head, "%%mem=%dMB\n%%nprocs=%d\n", mem, nprocs);
+    head += format_string("%%mem=%dMB\n%%nprocs=%d\n", mem, nprocs);
     if (!job.chk_first) head += chk_line;
     head += std::string("#P ") + job.route_head + method + job.route_tail + "\n";
     head += job.route_extra;
@@ -82,7 +83,7 @@ static std::string orca_head(const char* job, const char* method, const char* ba
                              const char* charge_mult)
 {
     std::string head = std::string("! ") + job + " " + method + " " + basis + " NoUseSym\n\n";
-    append_format(head, "%%MaxCore %d\n%%PAL NPROCS %d END\n\n", maxcore, nprocs);
+    head += format_string("%%MaxCore %d\n%%PAL NPROCS %d END\n\n", maxcore, nprocs);
     if (output_block) head += *output_block + "\n";
     head += std::string("*xyz ") + charge_mult + "\n";
     return head;
@@ -109,15 +110,20 @@ void FileIO::write_orca_mol_inp_RE(const char* path, int natoms, int* atypes, do
 
 // ---- Q-Chem -----------------------------------------------------------------
 
-typedef std::vector<std::pair<const char*, std::string>> RemLines;
+typedef std::vector<std::pair<const char*, const char*>> RemLines;
 
-// A $rem section: keywords padded so that every value starts in column 17;
-// all jobs end with the symmetry switches.
-static std::string qchem_rem(const RemLines& lines)
+// A $rem section: job, method and basis, then the job's own keywords, all
+// padded so that every value starts in column 17; every job ends with the
+// symmetry switches.
+static std::string qchem_rem(const char* job, const char* method, const char* basis,
+                             const RemLines& more)
 {
+    RemLines lines = {{"JOBTYPE", job}, {"METHOD", method}, {"BASIS", basis}};
+    lines.insert(lines.end(), more.begin(), more.end());
+    lines.insert(lines.end(), {{"symmetry", "off"}, {"sym_ignore", "true"}});
     std::string rem = "$rem\n";
-    for (const auto& line : lines) append_format(rem, "%-16s%s\n", line.first, line.second.c_str());
-    return rem + "symmetry        off\nsym_ignore      true\n$end\n\n";
+    for (const auto& line : lines) rem += format_string("%-16s%s\n", line.first, line.second);
+    return rem + "$end\n\n";
 }
 
 static std::string qchem_head(const char* charge_mult)
@@ -131,12 +137,8 @@ void FileIO::write_qchem_mol_inp_HL(const char* path, int natoms, int* atypes, d
                                     int /*count*/, int /*ppn*/, const char* method,
                                     const char* basis, const std::string& extra)
 {
-    const std::string tail =
-        qchem_molecule_end + qchem_rem({{"JOBTYPE", "SP"},
-                                        {"METHOD", method},
-                                        {"BASIS", basis},
-                                        {"EXCHANGE", "wb97x"},
-                                        {"gui", "2"}});
+    const std::string tail = qchem_molecule_end +
+                             qchem_rem("SP", method, basis, {{"EXCHANGE", "wb97x"}, {"gui", "2"}});
     write_qc_input(*this, "Writing Q-Chem inp file ", path, natoms, atypes, x,
                    qchem_head(hl_charge_mult), tail, extra);
 }
@@ -148,14 +150,9 @@ void FileIO::write_qchem_mol_inp_RE(const char* path, int natoms, int* atypes, d
                                     const std::string& extra)
 {
     const std::string tail =
-        qchem_molecule_end +
-        qchem_rem({{"JOBTYPE", "opt"}, {"METHOD", method}, {"BASIS", basis}}) +
+        qchem_molecule_end + qchem_rem("opt", method, basis, {}) +
         "@@@\n\n$molecule\n  read\n$end\n\n" +
-        qchem_rem({{"JOBTYPE", "freq"},
-                   {"METHOD", method},
-                   {"BASIS", basis},
-                   {"iprint", "10000000"},
-                   {"gui", "2"}});
+        qchem_rem("freq", method, basis, {{"iprint", "10000000"}, {"gui", "2"}});
     write_qc_input(*this, "Writing Q-Chem inp file ", path, natoms, atypes, x,
                    qchem_head(charge_mult), tail, extra);
 }

@@ -23,11 +23,11 @@ static void write_or_die(const char* path, const std::string& text, int number,
 static std::string xyz_text(FileIO& fio, const char* path, int natoms, int* atypes, double* x)
 {
     std::string text;
-    append_format(text, "%d\nmol xyz file\n", natoms);
+    text += format_string("%d\nmol xyz file\n", natoms);
     for (int a = 0; a < natoms; a++) {
         const std::string sym = output_element_symbol(fio, atypes[a], a, path);
         const double* r = x + 3 * a;
-        append_format(text, "%2s %14.10f %14.10f %14.10f\n", sym.c_str(), r[0], r[1], r[2]);
+        text += format_string("%2s %14.10f %14.10f %14.10f\n", sym.c_str(), r[0], r[1], r[2]);
     }
     return text;
 }
@@ -53,12 +53,12 @@ void FileIO::write_data_mol(const char* path, int natoms, int* atypes, double* x
 {
     announce_output("Writing file ", path, true);
     std::string text = "Molecule\nCreated by VESKA\n\n";
-    append_format(text, "%3d  0  0  0  0  0  0  0  0  0999 V2000\n", natoms);
+    text += format_string("%3d  0  0  0  0  0  0  0  0  0999 V2000\n", natoms);
     for (int a = 0; a < natoms; a++) {
         const std::string sym = output_element_symbol(*this, atypes[a], a, path);
         const double* r = x + 3 * a;
-        append_format(text, " %9.4f %9.4f %9.4f %-2s  0  0  0  0  0  0  0  0  0  0\n", r[0], r[1],
-                      r[2], sym.c_str());
+        text += format_string(" %9.4f %9.4f %9.4f %-2s  0  0  0  0  0  0  0  0  0  0\n", r[0],
+                              r[1], r[2], sym.c_str());
     }
     text += "M  END\n";
     write_or_die(path, text, 3613, "");
@@ -70,8 +70,8 @@ static void append_cif_header(FileIO& fio, std::string& text, int na, int nb, in
 {
     int month = 0, day = 0, year = 0;
     get_date(&month, &day, &year);
-    append_format(text, "data_%s\n", fio.identifier.c_str());
-    append_format(text, "_audit_creation_date              %4d-%02d-%02d\n", year, month, day);
+    text += format_string("data_%s\n", fio.identifier.c_str());
+    text += format_string("_audit_creation_date              %4d-%02d-%02d\n", year, month, day);
     text += "_audit_creation_method            'VESKA'\n"
             "_symmetry_space_group_name_H-M    'P1'\n"
             "_symmetry_Int_Tables_number       1\n"
@@ -79,13 +79,11 @@ static void append_cif_header(FileIO& fio, std::string& text, int na, int nb, in
             "loop_\n"
             "_symmetry_equiv_pos_as_xyz\n"
             "  x,y,z\n";
-    const double* c = fio.cell_latt;
-    append_format(text, "_cell_length_a                    %.4f\n", c[0] * na);
-    append_format(text, "_cell_length_b                    %.4f\n", c[1] * nb);
-    append_format(text, "_cell_length_c                    %.4f\n", c[2] * nc);
-    append_format(text, "_cell_angle_alpha                 %.4f\n", c[3]);
-    append_format(text, "_cell_angle_beta                  %.4f\n", c[4]);
-    append_format(text, "_cell_angle_gamma                 %.4f\n", c[5]);
+    static const char* const names[6] = {"length_a",    "length_b",   "length_c",
+                                         "angle_alpha", "angle_beta", "angle_gamma"};
+    const double scale[6] = {double(na), double(nb), double(nc), 1, 1, 1};
+    for (int i = 0; i < 6; i++)
+        text += format_string("_cell_%-28s%.4f\n", names[i], fio.cell_latt[i] * scale[i]);
 }
 
 static const char* const cif_atom_loop_header =
@@ -109,9 +107,9 @@ static void append_cell_image(FileIO& fio, std::string& text, const char* path, 
             const std::string sym = output_element_symbol(fio, atypes[m][a], a, path);
             const double* s = x_s[m] + 3 * a;
             const std::string name = sym + std::to_string(++label);
-            append_format(text, "%-5s %2s %10.6f %10.6f %10.6f  0.00000  Uiso   1.00\n",
-                          name.c_str(), sym.c_str(), (image[0] + s[0]) / n[0],
-                          (image[1] + s[1]) / n[1], (image[2] + s[2]) / n[2]);
+            text += format_string("%-5s %2s %10.6f %10.6f %10.6f  0.00000  Uiso   1.00\n",
+                                  name.c_str(), sym.c_str(), (image[0] + s[0]) / n[0],
+                                  (image[1] + s[1]) / n[1], (image[2] + s[2]) / n[2]);
         }
     }
 }
@@ -148,9 +146,10 @@ void FileIO::write_cif_mol_one(FILE* out, int first_label, int natoms, int* atyp
         const std::string sym = output_element_symbol(*this, atypes[a], a, "the open CIF file");
         const double* s = x_s + 3 * a;
         const std::string name = sym + std::to_string(first_label + a + 1);
-        append_format(text, "%-6s %2s %10.6f %10.6f %10.6f  0.00000  %d\n", name.c_str(),
-                      sym.c_str(), (s[0] + shift[0] + 1.0) / scale, (s[1] + shift[1] + 1.0) / scale,
-                      (s[2] + shift[2] + 1.0) / scale, group);
+        text += format_string("%-6s %2s %10.6f %10.6f %10.6f  0.00000  %d\n", name.c_str(),
+                              sym.c_str(), (s[0] + shift[0] + 1.0) / scale,
+                              (s[1] + shift[1] + 1.0) / scale, (s[2] + shift[2] + 1.0) / scale,
+                              group);
     }
     fputs(text.c_str(), out);
 }
@@ -178,9 +177,8 @@ void FileIO::output_prin_moment_inertia(const char* path, double* eigval, double
         "#eigval[3]                    eigvec1[3]                   eigvec2[3]                  "
         "eigvec3[3]\n";
     const double* v = eigvec;
-    append_format(text,
-                  "%8.6f %8.6f %8.6f  %8.4f %8.4f %8.4f  %8.4f %8.4f %8.4f  %8.4f %8.4f %8.4f\n",
-                  eigval[0], eigval[1], eigval[2], v[0], v[1], v[2], v[3], v[4], v[5], v[6], v[7],
-                  v[8]);
+    text += format_string(
+        "%8.6f %8.6f %8.6f  %8.4f %8.4f %8.4f  %8.4f %8.4f %8.4f  %8.4f %8.4f %8.4f\n", eigval[0],
+        eigval[1], eigval[2], v[0], v[1], v[2], v[3], v[4], v[5], v[6], v[7], v[8]);
     write_whole_file(path, text);  // an unwritable file is silently skipped
 }

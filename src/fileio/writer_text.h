@@ -9,9 +9,6 @@
 
 #include "fileio.h"
 
-// printf-style append; no length limit.
-void append_format(std::string& text, const char* fmt, ...) __attribute__((format(printf, 2, 3)));
-
 // Element symbol of index i for output: one character when the table's
 // second character is a blank, else two. An index outside the table is a
 // caller error, reported with the atom number and the file being written.
