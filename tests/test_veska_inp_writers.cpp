@@ -48,8 +48,10 @@ TEST(VeskaInpModel, DefaultsResetSettingsButKeepSwitchesEngineAndModules)
     v.temp = 77; v.sched_type = "lsf"; v.run_ppn = 64; v.nmols = 4; v.tstep = 3;
     v.latt_vec[1][1] = 0; v.nei_scell[2] = 9; v.super_cell[0] = 1;
     v.set_varables_default();
-    EXPECT_EQ(v.mater_name + v.qc_inp_append, "pentaceneextra\n");
-    EXPECT_EQ(v.tstep + v.get_compute_engine(), 4.0);
+    EXPECT_EQ(v.mater_name, "pentacene");
+    EXPECT_EQ(v.qc_inp_append, "extra\n");
+    EXPECT_EQ(v.tstep, 1.0);
+    EXPECT_EQ(v.get_compute_engine(), 3);
     EXPECT_EQ(written_full(v), edit(golden_full, {
         {"  do_transport_prepare              = 1", "  do_transport_prepare              = 0\n"},
         {"  nodelist        = \"\"", "  nodelist        = \"n1\"\n"},
@@ -66,6 +68,18 @@ TEST(VeskaInpModel, DefaultsResetSettingsButKeepSwitchesEngineAndModules)
         {"  bond_dis_scale  = 1.15  ! for separating molecules",
          "  bond_dis_scale  = 1.3  ! for separating molecules\n"},
         {"  HL_unique_mol   = 1", "  HL_unique_mol   = 0\n"}}));
+}
+
+TEST(VeskaInpModel, EngineSetsProgramName)
+{
+    Transport v;
+    const struct { int engine; const char* exe; } rows[] = {
+        {1, "g09"}, {2, "fullpath/orca"}, {3, "qchem"}, {7, "g09"}, {0, "g09"}};
+    for (const auto& r : rows) {
+        v.set_compute_engine(r.engine);
+        EXPECT_EQ(v.get_compute_engine(), r.engine);
+        EXPECT_EQ(v.qc_exe, r.exe) << "engine " << r.engine;
+    }
 }
 
 TEST(ConfigWriters, StartingLayoutsAndTheirVariants)
