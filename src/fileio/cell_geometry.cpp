@@ -2,9 +2,7 @@
 
 #include <cmath>
 
-// The value the cell conversions have always used; keeping it keeps the
-// written coordinates identical to the last digit.
-static const double kPi = 3.1415926535898;
+#include "structure_common.h"
 
 void FileIO::get_cif_lattice_vectors(double* a, double* b, double* c)
 {
@@ -19,10 +17,10 @@ void FileIO::get_cif_lattice_vectors(double* a, double* b, double* c)
 static void cell_matrix(const double* cell6, double m[3][3])
 {
     double a = cell6[0], b = cell6[1], c = cell6[2];
-    double ca = std::cos(cell6[3] * kPi / 180.0);
-    double cb = std::cos(cell6[4] * kPi / 180.0);
-    double cg = std::cos(cell6[5] * kPi / 180.0);
-    double sg = std::sin(cell6[5] * kPi / 180.0);
+    double ca = std::cos(cell6[3] * kCellPi / 180.0);
+    double cb = std::cos(cell6[4] * kCellPi / 180.0);
+    double cg = std::cos(cell6[5] * kCellPi / 180.0);
+    double sg = std::sin(cell6[5] * kCellPi / 180.0);
     m[0][0] = a;
     m[0][1] = b * cg;
     m[0][2] = c * cb;
@@ -104,20 +102,10 @@ void FileIO::coord_c2f(double* in, double* out)
 
 void FileIO::PBC_scaled_x_wrap(double* s)
 {
-    for (int k = 0; k < 3; k++) {
-        if (s[k] < 0.0)
-            s[k] += 1.0;
-        else if (s[k] >= 1.0)
-            s[k] -= 1.0;
-    }
+    for (int k = 0; k < 3; k++) s[k] = wrap_into_cell(s[k]);
 }
 
 void FileIO::PBC_scaled_disp_wrap(double* d)
 {
-    for (int k = 0; k < 3; k++) {
-        if (d[k] > 0.5)
-            d[k] -= 1.0;
-        else if (d[k] < -0.5)
-            d[k] += 1.0;
-    }
+    for (int k = 0; k < 3; k++) d[k] = min_image_step(d[k]);
 }

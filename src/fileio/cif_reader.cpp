@@ -3,17 +3,15 @@
 // checked and dropped). The atoms are then expanded to the P1 cell and
 // separated into molecules.
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <iostream>
 
 #include "fileio.h"
 #include "mmutil.h"
+#include "structure_common.h"
 
 // Numbers identifying the places where a CIF read stops.
 enum {
@@ -25,12 +23,6 @@ enum {
 static const char* const kCifUnit = "fileio";
 
 // ---- small text tests --------------------------------------------------
-
-static std::string trimmed(const std::string& s)
-{
-    std::string t = s;
-    return trim(t);
-}
 
 static bool starts_with(const std::string& s, const char* prefix)
 {
@@ -48,19 +40,6 @@ static bool starts_data_block(const std::string& t)
 
 // Position of the first blank or tab, the split between a tag and its value.
 static size_t first_blank(const std::string& t) { return t.find_first_of(" \t"); }
-
-// ---- reading the file --------------------------------------------------
-
-static bool read_all_lines(const char* path, std::vector<std::string>& lines)
-{
-    struct stat st;
-    if (stat(path, &st) == 0 && S_ISDIR(st.st_mode)) return false;
-    std::ifstream in(path);
-    if (!in) return false;
-    std::string line;
-    while (std::getline(in, line)) lines.push_back(line);
-    return !in.bad();
-}
 
 // ---- loops ---------------------------------------------------------------
 
@@ -324,7 +303,7 @@ static bool cell_is_valid(const double* cell)
 {
     for (int k = 0; k < 3; ++k)
         if (!(cell[k] > 0.0)) return false;
-    const double deg = 3.1415926535898 / 180.0;
+    const double deg = kCellPi / 180.0;
     double c[3];
     for (int k = 0; k < 3; ++k) {
         if (!(cell[3 + k] > 0.0 && cell[3 + k] < 180.0)) return false;
@@ -378,7 +357,7 @@ static void report_atom_sites(FileIO& io, const char* path, bool verbose)
 void FileIO::read_data_cif(const char* path, bool verbose)
 {
     std::vector<std::string> lines;
-    if (!read_all_lines(path, lines))
+    if (!read_text_lines(path, lines, false))
         veska_fatal(kCifUnit, CIF_ERR_OPEN, -1, stderr, "Failed to open input file \"%s\"\n", path);
     crystal_file = path;
     if (verbose) std::cout << "Reading crystal file \"" << path << "\" ... " << std::endl;

@@ -1,5 +1,7 @@
 #include "fileio.h"
 
+#include "structure_common.h"
+
 FileIO::FileIO() {}
 
 FileIO::~FileIO()
@@ -51,4 +53,24 @@ void FileIO::free_molecule_arrays()
     free_flat(re_unique_list);
     free_flat(hl_mol_index);
     free_flat(hl_unique_list);
+}
+
+void release_molecule(FileIO& f, int m)
+{
+    delete[] f.atypes_mol[m];
+    delete[] f.x_mol[m];
+    delete[] f.x_s_mol[m];
+    f.atypes_mol[m] = nullptr;
+    f.x_mol[m] = nullptr;
+    f.x_s_mol[m] = nullptr;
+    f.natoms_mol[m] = 0;
+}
+
+void allocate_molecule(FileIO& f, int m, int natoms)
+{
+    release_molecule(f, m);
+    f.natoms_mol[m] = natoms;
+    f.atypes_mol[m] = new int[(size_t)natoms]();
+    f.x_mol[m] = new double[3 * (size_t)natoms]();
+    f.x_s_mol[m] = new double[3 * (size_t)natoms]();
 }

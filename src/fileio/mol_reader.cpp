@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "mmutil.h"
+#include "structure_common.h"
 
 // Far more atoms than any molecule of this workflow; a count above it is
 // treated as a damaged file instead of an allocation that cannot succeed.
@@ -61,26 +62,6 @@ static bool whole_double(const std::string& s, double& v)
 static bool has_molecule_storage(const FileIO& f, int m)
 {
     return f.natoms_mol && f.atypes_mol && f.x_mol && f.x_s_mol && m >= 0 && m < f.nmols;
-}
-
-static void clear_molecule(FileIO& f, int m)
-{
-    delete[] f.atypes_mol[m];
-    delete[] f.x_mol[m];
-    delete[] f.x_s_mol[m];
-    f.atypes_mol[m] = nullptr;
-    f.x_mol[m] = nullptr;
-    f.x_s_mol[m] = nullptr;
-    f.natoms_mol[m] = 0;
-}
-
-static void allocate_molecule(FileIO& f, int m, int natoms)
-{
-    clear_molecule(f, m);
-    f.natoms_mol[m] = natoms;
-    f.atypes_mol[m] = new int[(size_t)natoms]();
-    f.x_mol[m] = new double[3 * (size_t)natoms]();
-    f.x_s_mol[m] = new double[3 * (size_t)natoms]();
 }
 
 static void store_atom(FileIO& f, int m, int pos, int atype, double x, double y, double z)
@@ -150,10 +131,7 @@ void FileIO::read_data_mol(const char* path, int m, bool verbose)
                     "No storage for molecule %d (of %d) to read \"%s\" into\n", m + 1, nmols,
                     path);
     if (verbose) printf("Reading molecular file \"%s\" ... \n", path);
-    atypes_mol[m] = nullptr;  // the driver leaves the entries unset
-    x_mol[m] = nullptr;
-    x_s_mol[m] = nullptr;
-    natoms_mol[m] = 0;
+    release_molecule(*this, m);  // a file that stops early leaves no arrays
 
     std::string line, counts;
     for (int i = 0; i < 4; i++)

@@ -8,6 +8,7 @@
 
 #include "mmutil.h"
 #include "periodic_grid.h"
+#include "structure_common.h"
 
 // ---- periodic distances -------------------------------------------------
 
@@ -249,12 +250,6 @@ void FileIO::find_bond_atom_one(int natoms, double* x_s, double* radii, int* ava
             }
         }
     }
-}
-
-// Unknown elements (-1) stand in with the dummy record 0.
-static int element_or_dummy(int t)
-{
-    return t >= 0 && t < 104 ? t : 0;
 }
 
 // Mass-weighted centre of the fractional coordinates; a molecule of

@@ -8,6 +8,7 @@
 
 #include "fileio.h"
 #include "mmutil.h"
+#include "structure_common.h"
 
 // Numbers identifying the places where the driver stops.
 enum {
@@ -44,11 +45,8 @@ static void build_molecules_from_cif(FileIO& io, bool verbose)
     size_t next = 0;
     for (int m = 0; m < io.nmols; ++m) {
         int n = io.mol_natoms_list[m];
-        io.natoms_mol[m] = n;
         io.mol_files[m] = "mol" + std::to_string(m + 1) + ".mol";
-        io.atypes_mol[m] = new int[n];
-        io.x_mol[m] = new double[3 * n];
-        io.x_s_mol[m] = new double[3 * n];
+        allocate_molecule(io, m, n);
         for (int i = 0; i < n; ++i, ++next) {
             int a = io.mol_atom_list[next];
             io.atypes_mol[m][i] = io.cif_atypes[a];
@@ -89,7 +87,7 @@ static void derive_fractional_and_cell(FileIO& io)
         for (int i = 0; i < io.natoms_mol[m]; ++i)
             mat_vec_mul(io.latt3x3_inv, io.x_mol[m] + 3 * i, io.x_s_mol[m] + 3 * i);
     }
-    const double to_deg = 180.0 / 3.1415926535898;
+    const double to_deg = 180.0 / kCellPi;
     double* v[3] = {io.latt_vec[0], io.latt_vec[1], io.latt_vec[2]};
     for (int k = 0; k < 3; ++k) io.cell_latt[k] = io.latt_len[k];
     // alpha between b and c, beta between a and c, gamma between a and b
@@ -110,9 +108,9 @@ static std::string molecule_bond_table(FileIO& io, int m)
     std::string body;
     int count = 0;
     for (int i = 0; i < n; ++i) {
-        double ri = io.find_element_radius_from_index(types[i] < 0 ? 0 : types[i]);
+        double ri = io.find_element_radius_from_index(element_or_dummy(types[i]));
         for (int j = i + 1; j < n; ++j) {
-            double rj = io.find_element_radius_from_index(types[j] < 0 ? 0 : types[j]);
+            double rj = io.find_element_radius_from_index(element_or_dummy(types[j]));
             double d[3] = {x[3 * j] - x[3 * i], x[3 * j + 1] - x[3 * i + 1],
                            x[3 * j + 2] - x[3 * i + 2]};
             if (get_magnitude(d) < (ri + rj) * io.bond_dis_scale) {

@@ -11,6 +11,7 @@
 
 #include "mmutil.h"
 #include "periodic_grid.h"
+#include "structure_common.h"
 
 // ---- operator text ----------------------------------------------------
 
@@ -64,16 +65,6 @@ static void parse_symbolic_field(const char* f, int r, double R[3][3], double* t
     }
 }
 
-static void wrap_translation(double* t)
-{
-    for (int k = 0; k < 3; k++) {
-        if (t[k] < 0.0)
-            t[k] += 1.0;
-        else if (t[k] >= 1.0)
-            t[k] -= 1.0;
-    }
-}
-
 void FileIO::ParseTransformString(const std::string& op, double R[3][3], double* t)
 {
     if (op.find(',') == std::string::npos) {
@@ -91,7 +82,7 @@ void FileIO::ParseTransformString(const std::string& op, double R[3][3], double*
             start = comma + 1;
         }
     }
-    wrap_translation(t);
+    PBC_scaled_x_wrap(t);
 }
 
 // ---- expansion --------------------------------------------------------
@@ -134,12 +125,7 @@ static void apply_operator(double R[3][3], const double* t, int n, const int* at
         const double* s = src + 3 * (size_t)i;
         double* d = img.x_s + 3 * j;
         for (int r = 0; r < 3; r++) {
-            double v = R[r][0] * s[0] + R[r][1] * s[1] + R[r][2] * s[2] + t[r];
-            if (v < 0.0)
-                v += 1.0;
-            else if (v >= 1.0)
-                v -= 1.0;
-            d[r] = v;
+            d[r] = wrap_into_cell(R[r][0] * s[0] + R[r][1] * s[1] + R[r][2] * s[2] + t[r]);
         }
     }
 }
@@ -150,11 +136,7 @@ static inline bool images_coincide(const double* a, const double* b)
 {
     double s = 0.0;
     for (int k = 0; k < 3; k++) {
-        double d = b[k] - a[k];
-        if (d > 0.5)
-            d -= 1.0;
-        else if (d < -0.5)
-            d += 1.0;
+        double d = min_image_step(b[k] - a[k]);
         s += d * d;
     }
     return s < 1e-6;

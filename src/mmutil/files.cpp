@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <ctime>
+#include <fstream>
 #include <glob.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -104,4 +105,18 @@ int write_text_file(const char* path, const std::string& text)
     struct stat st;
     if (stat(path, &st) == 0 && S_ISREG(st.st_mode)) remove(path);
     return WRITE_FAILED;
+}
+
+bool read_text_lines(const char* path, std::vector<std::string>& lines, bool keep_line_ends)
+{
+    struct stat st;
+    if (!path || (stat(path, &st) == 0 && S_ISDIR(st.st_mode))) return false;
+    std::ifstream in(path);
+    if (!in) return false;
+    std::string line;
+    while (std::getline(in, line)) {
+        if (keep_line_ends && !in.eof()) line += '\n';
+        lines.push_back(line);
+    }
+    return !in.bad();
 }

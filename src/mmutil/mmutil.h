@@ -48,6 +48,8 @@ int LinearRegression(double* x, double* y, int n, double* a, double* b, double* 
 std::string& triml(std::string& s);
 std::string& trimr(std::string& s);
 std::string& trim(std::string& s);
+// A trimmed copy, for callers that keep the original.
+std::string trimmed(std::string s);
 std::string& sg_triml(std::string& s);
 std::string& sg_trimr(std::string& s);
 std::string& sg_trim(std::string& s);
@@ -65,6 +67,9 @@ char* strhed(char** cursor);
 void morphNumericString(char* number, int decimals);
 // printf-style formatting into a string of whatever length it needs.
 std::string format_string(const char* fmt, ...) __attribute__((format(printf, 1, 2)));
+// Base-10 integer at the start of `text` (leading blanks skipped, no digits
+// gives 0), clamped to the int range; `end` as strtol sets it.
+int read_int_clamped(const char* text, char** end = nullptr);
 
 // Case-insensitive character traits (characters compared after tolower).
 struct ci_char_traits : public std::char_traits<char> {
@@ -91,6 +96,10 @@ int get_date(int* month, int* day, int* year);
 // WRITE_FAILED (writing or closing failed; a partial regular file is removed).
 enum { WRITE_OK = 0, WRITE_OPEN_FAILED = 1, WRITE_FAILED = 2 };
 int write_text_file(const char* path, const std::string& text);
+// Reads every line of a text file; a directory counts as unreadable. With
+// `keep_line_ends` each line keeps its line feed (the last line has none
+// when the file does not end in one). Returns false when it cannot be read.
+bool read_text_lines(const char* path, std::vector<std::string>& lines, bool keep_line_ends);
 
 // ---- numeric output --------------------------------------------------
 void output_matrix(double** m, int n, int per_block, const char* path);

@@ -1,25 +1,5 @@
 #include "mmutil.h"
 
-#include <cstdarg>
-
-// Appends printf-style text to a string, with no size limit.
-static void appendf(std::string& out, const char* fmt, ...) __attribute__((format(printf, 2, 3)));
-static void appendf(std::string& out, const char* fmt, ...)
-{
-    va_list args, again;
-    va_start(args, fmt);
-    va_copy(again, args);
-    int len = vsnprintf(nullptr, 0, fmt, args);
-    va_end(args);
-    if (len > 0) {
-        size_t old = out.size();
-        out.resize(old + len + 1);
-        vsnprintf(&out[old], len + 1, fmt, again);
-        out.resize(old + len);
-    }
-    va_end(again);
-}
-
 // The table is built in memory first so that the file is written whole.
 static void write_table(const char* path, const std::string& text, int number)
 {
@@ -37,11 +17,11 @@ void output_matrix(double** m, int n, int per_block, const char* path)
     for (int c0 = 0; c0 < n; c0 += per_block) {
         int c1 = c0 + per_block < n ? c0 + per_block : n;
         text += "        ";
-        for (int c = c0; c < c1; ++c) appendf(text, "%13d", c);
+        for (int c = c0; c < c1; ++c) text += format_string("%13d", c);
         text += '\n';
         for (int r = 0; r < n; ++r) {
-            appendf(text, "%7d    ", r);
-            for (int c = c0; c < c1; ++c) appendf(text, "%13.8f", m[r][c]);
+            text += format_string("%7d    ", r);
+            for (int c = c0; c < c1; ++c) text += format_string("%13.8f", m[r][c]);
             text += '\n';
         }
     }
@@ -52,7 +32,7 @@ void output_vector(double* v, int n, int per_line, const char* path)
 {
     std::string text;
     for (int i = 0; i < n; ++i) {
-        appendf(text, "%14.7f", v[i]);
+        text += format_string("%14.7f", v[i]);
         if (per_line > 0 && (i + 1) % per_line == 0) text += '\n';
     }
     text += '\n';
@@ -73,7 +53,7 @@ void output_vvector(std::vector<std::vector<double>> columns, const char* path)
     }
     std::string text;
     for (size_t r = 0; r < nrows; ++r) {
-        for (const std::vector<double>& col : columns) appendf(text, " %14.7f", col[r]);
+        for (const std::vector<double>& col : columns) text += format_string(" %14.7f", col[r]);
         text += '\n';
     }
     write_table(path, text, 1548);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <climits>
+#include <cstdlib>
 #include <cstdarg>
 #include <cstring>
 #include <sstream>
@@ -29,6 +31,7 @@ static std::string& trim_right_of(std::string& s, const char* set)
 std::string& triml(std::string& s) { return trim_left_of(s, kLeftBlanks); }
 std::string& trimr(std::string& s) { return trim_right_of(s, kRightBlanks); }
 std::string& trim(std::string& s) { return trimr(triml(s)); }
+std::string trimmed(std::string s) { return trim(s); }
 std::string& sg_triml(std::string& s) { return trim_left_of(s, kLeftQuotes); }
 std::string& sg_trimr(std::string& s) { return trim_right_of(s, kRightQuotes); }
 
@@ -189,4 +192,12 @@ std::string format_string(const char* fmt, ...)
     }
     va_end(args);
     return out;
+}
+
+int read_int_clamped(const char* text, char** end)
+{
+    long value = strtol(text, end, 10);
+    if (value > INT_MAX) return INT_MAX;
+    if (value < INT_MIN) return INT_MIN;
+    return static_cast<int>(value);
 }

@@ -10,11 +10,7 @@ Transport::Transport()
     get_workdir(work_dir);
     re_same_flag = false;
     hl_same_flag = true;
-    // From the configuration as constructed; reading veska.inp sets them again.
-    unique_uc_mol_one_calc_flag = HL_unique_mol != 0;
-    unique_nei_mol_one_calc_flag = HL_unique_mol != 0;
-    unique_2mol_calc_flag = HL_unique_mol != 0;
-    unique_RE_calc_flag = RE_unique_mol != 0;
+    copy_unique_flags();  // reading veska.inp copies them again
 }
 
 // The workspace's arrays go first; the VeskaInp, Jobscript and FileIO parts

@@ -2,7 +2,6 @@
 
 #include "config_keys.h"
 
-#include <climits>
 #include <cstdlib>
 #include <cstring>
 
@@ -128,26 +127,12 @@ const ConfigKey& find_config_key(const std::vector<ConfigKey>& table, const std:
 
 // ---- value readings --------------------------------------------------------
 
-static int read_integer(const char* text, char** end)
-{
-    long value = strtol(text, end, 10);
-    if (value > INT_MAX) return INT_MAX;
-    if (value < INT_MIN) return INT_MIN;
-    return static_cast<int>(value);
-}
-
-static int read_integer(const std::string& text) { return read_integer(text.c_str(), nullptr); }
-
-static std::string stripped(const std::string& value)
-{
-    std::string s = value;
-    return trim(s);
-}
+static int read_integer(const std::string& text) { return read_int_clamped(text.c_str()); }
 
 static std::string without_quotes(const std::string& value, const char* quotes)
 {
     std::string s;
-    for (char c : stripped(value))
+    for (char c : trimmed(value))
         if (!strchr(quotes, c)) s += c;
     return s;
 }
@@ -156,7 +141,7 @@ static std::string without_quotes(const std::string& value, const char* quotes)
 // reading stops at the first that cannot be read, the rest stay as they are.
 static void read_triple(const std::string& value, double* d, int* i)
 {
-    std::string s = stripped(value);
+    std::string s = trimmed(value);
     const char* p = s.c_str();
     for (int k = 0; k < 3; ++k) {
         char* end = nullptr;
@@ -165,7 +150,7 @@ static void read_triple(const std::string& value, double* d, int* i)
             if (end == p) return;
             d[k] = x;
         } else {
-            int x = read_integer(p, &end);
+            int x = read_int_clamped(p, &end);
             if (end == p) return;
             i[k] = x;
         }
@@ -220,7 +205,7 @@ void apply_config_key(VeskaInp& v, const ConfigKey& key, const std::string& valu
     case KeyReading::Real: *t.d = strtod(value.c_str(), nullptr); break;
     case KeyReading::Switch: *t.b = read_integer(value) != 0; break;
     case KeyReading::Text: *t.s = without_quotes(value, dialect.quote_chars); break;
-    case KeyReading::StrippedText: *t.s = stripped(value); break;
+    case KeyReading::StrippedText: *t.s = trimmed(value); break;
     case KeyReading::RealTriple: read_triple(value, t.d, nullptr); break;
     case KeyReading::IntTriple: read_triple(value, nullptr, t.i); break;
     case KeyReading::IntList:
@@ -228,7 +213,7 @@ void apply_config_key(VeskaInp& v, const ConfigKey& key, const std::string& valu
         break;
     case KeyReading::FileList: read_file_list(v, value, dialect, path); break;
     case KeyReading::Crystal:
-        v.read_data_cif(stripped(value).c_str(), verbose);
+        v.read_data_cif(trimmed(value).c_str(), verbose);
         v.input_kind = 2;
         break;
     }

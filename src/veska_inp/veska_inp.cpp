@@ -3,8 +3,9 @@
 
 #include "veska_inp.h"
 
-#include <climits>
 #include <cstdlib>
+
+#include "mmutil.h"
 
 void VeskaInp::set_varables_default()
 {
@@ -58,27 +59,25 @@ void VeskaInp::set_compute_engine(int engine)
     }
 }
 
-// The integer reading of a variable's text: base 10 after leading white
-// space, up to the first character that cannot continue the number; no
-// digits give 0. Out-of-range values are clamped rather than left undefined.
-static int env_integer(const char* text)
-{
-    long value = strtol(text, nullptr, 10);
-    if (value > INT_MAX) return INT_MAX;
-    if (value < INT_MIN) return INT_MIN;
-    return static_cast<int>(value);
-}
-
 void VeskaInp::get_environment_variables()
 {
-    // A variable set to the empty text is applied as empty.
+    // A variable set to the empty text is applied as empty; integers are read
+    // in base 10 after leading white space, no digits giving 0.
     if (const char* v = getenv("VESKA_JOB_SCHED")) sched_type = v;
     if (const char* v = getenv("VESKA_JOB_QUEUE")) queue_name = v;
     if (const char* v = getenv("VESKA_QC_EXE")) qc_exe = v;
-    if (const char* v = getenv("VESKA_QC_NODES")) run_nodes = env_integer(v);
-    if (const char* v = getenv("VESKA_QC_PPN")) run_ppn = env_integer(v);
+    if (const char* v = getenv("VESKA_QC_NODES")) run_nodes = read_int_clamped(v);
+    if (const char* v = getenv("VESKA_QC_PPN")) run_ppn = read_int_clamped(v);
     if (const char* v = getenv("VESKA_MODULE_QC")) {
         module_qc = v;
         module_gau_flag = true;
     }
+}
+
+void VeskaInp::copy_unique_flags()
+{
+    unique_RE_calc_flag = RE_unique_mol != 0;
+    unique_uc_mol_one_calc_flag = HL_unique_mol != 0;
+    unique_nei_mol_one_calc_flag = HL_unique_mol != 0;
+    unique_2mol_calc_flag = HL_unique_mol != 0;
 }

@@ -68,6 +68,9 @@ public:
     void set_compute_engine(int engine);
     void get_environment_variables();
     void set_varables_default();
+    // Copies HL_unique_mol and RE_unique_mol into the structure's four
+    // uniqueness switches.
+    void copy_unique_flags();
 
     void load_veska_inp_file(const char* path, bool verbose);
     int read_veska_inp(const char* path, bool verbose);

@@ -1,10 +1,7 @@
 // Configuration readers: the block format of veska.inp and the old line
 // format of config.inp. The keys themselves live in config_keys.cpp.
 
-#include <sys/stat.h>
-
 #include <cstring>
-#include <fstream>
 #include <iostream>
 
 #include "config_keys.h"
@@ -12,29 +9,6 @@
 #include "veska_inp.h"
 
 static const char* const kInpUnit = "veska_inp";
-
-// Opens a configuration file for reading; a directory counts as unreadable.
-static bool open_config_file(const char* path, std::ifstream& in)
-{
-    struct stat st;
-    if (stat(path, &st) == 0 && S_ISDIR(st.st_mode)) return false;
-    in.open(path);
-    return static_cast<bool>(in);
-}
-
-// Reads one line with its line feed (the last line may have none).
-static bool read_line_with_end(std::istream& in, std::string& line)
-{
-    if (!std::getline(in, line)) return false;
-    if (!in.eof()) line += '\n';
-    return true;
-}
-
-static std::string stripped(const std::string& s)
-{
-    std::string t = s;
-    return trim(t);
-}
 
 static std::string cut_at(const std::string& s, char c)
 {
@@ -49,12 +23,9 @@ static bool is_comment_start(const std::string& t)
 
 void VeskaInp::load_veska_inp_file(const char* path, bool /*verbose*/)
 {
-    std::ifstream in;
-    if (!open_config_file(path, in))
-        veska_fatal(kInpUnit, 175, -1, stdout, "Failed to open input file: %s\n", path);
     lines.clear();
-    std::string line;
-    while (read_line_with_end(in, line)) lines.push_back(line);
+    if (!read_text_lines(path, lines, true))
+        veska_fatal(kInpUnit, 175, -1, stdout, "Failed to open input file: %s\n", path);
     nlines = static_cast<int>(lines.size());
 }
 
@@ -65,7 +36,7 @@ enum class InpBlock { None, Transport, Append };
 // A line outside blocks: the block it opens, if any.
 static InpBlock block_header(const std::string& line)
 {
-    std::string t = stripped(line);
+    std::string t = trimmed(line);
     if (t.empty() || is_comment_start(t)) return InpBlock::None;
     std::string name = cut_at(t, '!');
     if (iequals(name, "&transport")) return InpBlock::Transport;
@@ -78,14 +49,14 @@ static InpBlock block_header(const std::string& line)
 static bool transport_line(VeskaInp& v, const std::vector<ConfigKey>& table,
                            const std::string& line, const char* path, bool verbose)
 {
-    std::string t = stripped(line);
+    std::string t = trimmed(line);
     if (!t.empty() && t[0] == '/') return false;
     if (t.empty() || is_comment_start(t)) return true;
     t = cut_at(cut_at(t, '!'), '#');
     size_t eq = t.find('=');
     if (eq == std::string::npos) return true;
     const ConfigKey& key =
-        find_config_key(table, stripped(t.substr(0, eq)), kVeskaInpDialect, path);
+        find_config_key(table, trimmed(t.substr(0, eq)), kVeskaInpDialect, path);
     apply_config_key(v, key, t.substr(eq + 1), kVeskaInpDialect, path, verbose);
     return true;
 }
@@ -132,10 +103,7 @@ int VeskaInp::read_veska_inp(const char* path, bool verbose)
     }
 
     check_engine_against_exe(*this);
-    unique_RE_calc_flag = RE_unique_mol != 0;
-    unique_uc_mol_one_calc_flag = HL_unique_mol != 0;
-    unique_nei_mol_one_calc_flag = HL_unique_mol != 0;
-    unique_2mol_calc_flag = HL_unique_mol != 0;
+    copy_unique_flags();
     lines.clear();
     lines.shrink_to_fit();
     nlines = 0;
@@ -151,14 +119,13 @@ int VeskaInp::read_veska_inp(const char* path, bool verbose)
 int VeskaInp::read_config_inp(const char* path, bool verbose)
 {
     set_varables_default();
-    std::ifstream in;
-    if (!open_config_file(path, in))
+    std::vector<std::string> file_lines;
+    if (!read_text_lines(path, file_lines, true))
         veska_fatal(kInpUnit, 799, -1, stderr, "Failed to open input file \"%s\"\n", path);
     std::cout << "Reading config file \"" << path << "\" ... " << std::endl;
 
     std::vector<ConfigKey> table = config_key_table(*this);
-    std::string line;
-    while (read_line_with_end(in, line)) {
+    for (std::string& line : file_lines) {
         triml(line);
         if (is_comment_start(line)) continue;
         line = cut_at(line, '!');
