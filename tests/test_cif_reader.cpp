@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 #include "fileio.h"
-#include "reader_test_util.h"
+#include "test_support.h"
 
 static const char* kCell =
     "_cell_length_a 10.0\n_cell_length_b 10.0\n_cell_length_c 10.0\n"
@@ -30,7 +30,7 @@ static const char* kBondsByType =
 static std::string read_cif_text(FileIO& io, const std::string& text, bool verbose = false)
 {
     ScratchDir dir;
-    write_text_file("t.cif", text);
+    put_file("t.cif", text);
     testing::internal::CaptureStdout();
     io.read_data_cif("t.cif", verbose);
     return testing::internal::GetCapturedStdout();

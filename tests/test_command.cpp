@@ -117,7 +117,7 @@ TEST(Command, OptionsAndEnvironment)
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::PrintToString(c.args) + testing::PrintToString(c.env));
         ScratchDir dir;
-        for (const std::string& f : c.files) write_text_file(f, "x\n");
+        for (const std::string& f : c.files) put_file(f, "x\n");
         auto r = run_command(c.args, c.env);
         EXPECT_EQ(r.first, 0);
         EXPECT_EQ(r.second, c.out);

@@ -8,7 +8,7 @@
 
 #include <memory>
 
-#include "reader_test_util.h"
+#include "test_support.h"
 #include "veska_inp.h"
 
 static void clear_veska_environment()
@@ -23,7 +23,7 @@ static std::unique_ptr<VeskaInp> read_inp(const std::string& text)
 {
     ScratchDir dir;
     clear_veska_environment();
-    write_text_file("veska.inp", text);
+    put_file("veska.inp", text);
     auto v = std::make_unique<VeskaInp>();
     v->read_veska_inp("veska.inp", false);
     return v;
@@ -87,7 +87,7 @@ TEST(VeskaInpReader, EnvironmentBetweenDefaultsAndFileAndCrystalKey)
     setenv("VESKA_JOB_QUEUE", "envq", 1);
     setenv("VESKA_QC_PPN", "12", 1);
     const std::string cif = data_file("benzene_cod2100348.cif");
-    write_text_file("veska.inp", "&transport\nqc_ppn = 4\ncrystal = " + cif + "  \n/\n");
+    put_file("veska.inp", "&transport\nqc_ppn = 4\ncrystal = " + cif + "  \n/\n");
     VeskaInp v;
     v.read_veska_inp("veska.inp", false);
     clear_veska_environment();
@@ -144,7 +144,7 @@ TEST(ConfigInpReader, Grammar)
     ScratchDir dir;
     clear_veska_environment();
     setenv("VESKA_JOB_QUEUE", "envq", 1);  // not read by this reader
-    write_text_file("config.inp", "# comment\n   ! comment\ndo_prepare 0\ndo_HL  0 ! off\n"
+    put_file("config.inp", "# comment\n   ! comment\ndo_prepare 0\ndo_HL  0 ! off\n"
                                   "temp\t350\n"  // a tab does not separate: ignored
                                   "tsimu 12.5\nmater_name \"a 'b'\"\nQC_EXE\t g16\nbasis_name 6-31g\n"
                                   "latt_site_energy 1\nmolecule 1 m.mol\n\nnoblank\n");

@@ -9,7 +9,7 @@
 #include <cstring>
 #include <map>
 
-#include "reader_test_util.h"
+#include "test_support.h"
 #include "veska_inp.h"
 
 // Just enough JSON for reference.json: objects, arrays, numbers and strings

@@ -100,10 +100,10 @@ TEST_F(JobScriptDir, GaussianJobInEveryDialectPlainAndArray)
             int* list = c.indexes.empty() ? nullptr : const_cast<int*>(c.indexes.data());
             js.write_gaussian_HL_job_array("HL", 2, 8, "uc_mol", "uc", "RUN/m", c.count, list);
         }
-        EXPECT_EQ(read("jobs/HL." + js.script_ext[c.dialect]), c.expected);
+        EXPECT_EQ(read_text_file("jobs/HL." + js.script_ext[c.dialect]), c.expected);
     }
     js.write_gaussian_HL_job_array("HL", 2, 8, "uc_mol", "uc", "RUN/m", 2, nullptr);
-    EXPECT_NE(read("jobs/HL.local").find("# mol-2\n" + gaussian_steps("uc_mol-2", "RUN/m-2") + kEnd), std::string::npos);
+    EXPECT_NE(read_text_file("jobs/HL.local").find("# mol-2\n" + gaussian_steps("uc_mol-2", "RUN/m-2") + kEnd), std::string::npos);
 }
 
 TEST(Jobscript, SchedulerNamesAndFileNames)
@@ -135,7 +135,7 @@ TEST_F(JobScriptDir, DialectWritersAnnounceThemselvesWhenVerbose)
         EXPECT_EQ(testing::internal::GetCapturedStdout(), "Writing gaussian job " + label + " script jobs/HL-1.pbs ...\n");
     }
     // The dialect comes from the writer, the extension from the configured scheduler.
-    EXPECT_EQ(read("jobs/HL-1.pbs").substr(0, 10), "#!/bin/sh\n");
+    EXPECT_EQ(read_text_file("jobs/HL-1.pbs").substr(0, 10), "#!/bin/sh\n");
 }
 
 TEST_F(JobScriptDir, UnknownSchedulerAndUnwritableScriptAreFatal)

@@ -13,7 +13,7 @@ TEST_F(JobScriptDir, OrcaPbsJobAsListed)
     js.orca_args = "--bind";
     js.scratch = "/scratch";
     js.write_orca_HL_job("HL-o", 1, 8, "2mol-5", "d5", "RUN/running.2mol-5");
-    EXPECT_EQ(read("jobs/HL-o.pbs"), "#PBS -S /bin/bash\n"
+    EXPECT_EQ(read_text_file("jobs/HL-o.pbs"), "#PBS -S /bin/bash\n"
                                      "#PBS -l walltime=1000:00:00\n"
                                      "#PBS -l nodes=1:ppn=8\n"
                                      "#PBS -q workq\n"
@@ -62,7 +62,7 @@ TEST_F(JobScriptDir, LocalMonteCarloRunsItsFixedCommand)
     js.job_sched_type = 3;
     js.module_gau_flag = true;
     js.write_MC_job("run_mc", 1, 8, "ignored body\n", "elec", "RUN/m");
-    EXPECT_EQ(read("run_mc.local"), "#!/bin/sh\n\nmodule load gaussian/g09.e01\n\n"
+    EXPECT_EQ(read_text_file("run_mc.local"), "#!/bin/sh\n\nmodule load gaussian/g09.e01\n\n"
                                     "echo \"Starting job run at `date`\"\n\nhopmc_OMP.exe\n\n"
                                     "rm -f /home/u/run/RUN/m\n\necho \"Ending job run at `date`\"\n\n");
 }
@@ -99,8 +99,8 @@ TEST_F(JobScriptDir, KindsDifferWhereDocumented)
         {"getRE-full.lsf", "#BSUB -J getRE-getre\n"},
         {"transint-full.lsf", "#BSUB -J Transint-transint_mol1\n"},
         {"transint-a-full-list.lsf", "#BSUB -J transint[2,4,7]\n"}};
-    for (const auto& [file, piece] : expect) EXPECT_NE(read(file).find(piece), std::string::npos) << file << ": " << piece;
-    EXPECT_EQ(read("mc-full.pbs").find("module load gaussian"), std::string::npos);  // the qc module is for qc kinds
+    for (const auto& [file, piece] : expect) EXPECT_NE(read_text_file(file).find(piece), std::string::npos) << file << ": " << piece;
+    EXPECT_EQ(read_text_file("mc-full.pbs").find("module load gaussian"), std::string::npos);  // the qc module is for qc kinds
 }
 
 TEST(JobKinds, ErrorNumbersAreDistinct)

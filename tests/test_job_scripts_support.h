@@ -3,37 +3,17 @@
 
 // A fresh temporary directory as the current directory for job-script tests.
 
-#include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-
 #include "job_scripts.h"
+#include "test_support.h"
 
-class JobScriptDir : public ::testing::Test {
+class JobScriptDir : public ScratchDirTest {
 protected:
     void SetUp() override
     {
-        std::string tmpl = (std::filesystem::temp_directory_path() / "veska_jobs_XXXXXX").string();
-        ASSERT_NE(mkdtemp(tmpl.data()), nullptr);
-        std::filesystem::current_path(dir = tmpl);
+        ScratchDirTest::SetUp();
         js.work_dir = "/home/u/run";
     }
-    void TearDown() override
-    {
-        std::filesystem::current_path(old_dir);
-        std::filesystem::remove_all(dir);
-    }
-    static std::string read(const std::string& path)
-    {
-        std::stringstream s;
-        s << std::ifstream(path, std::ios::binary).rdbuf();
-        return s.str();
-    }
     Jobscript js;
-    std::filesystem::path old_dir = std::filesystem::current_path(), dir;
 };
 
 // Every kind once, arrays with an index list and with a null list and a count.

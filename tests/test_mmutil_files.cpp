@@ -6,47 +6,27 @@
 #include <unistd.h>
 
 #include "mmutil.h"
+#include "test_support.h"
 
 // Every test runs inside its own fresh temporary directory.
-class MmutilFiles : public testing::Test {
-protected:
-    std::filesystem::path old_cwd = std::filesystem::current_path(), dir;
-    void SetUp() override
-    {
-        std::string tmpl = testing::TempDir() + "veska_mmutil_XXXXXX";
-        ASSERT_NE(mkdtemp(&tmpl[0]), nullptr);
-        std::filesystem::current_path(dir = tmpl);
-    }
-    void TearDown() override
-    {
-        std::filesystem::current_path(old_cwd);
-        std::filesystem::remove_all(dir);
-    }
-    static void write(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
-    static std::string slurp(const std::string& path)
-    {
-        std::stringstream ss;
-        ss << std::ifstream(path, std::ios::binary).rdbuf();
-        return ss.str();
-    }
-};
+using MmutilFiles = ScratchDirTest;
 
 TEST_F(MmutilFiles, DirectoriesExistenceGlobAndWholeFiles)
 {
     create_directory("jobs");
-    write("plain", "x");
+    put_file("plain", "x");
     EXPECT_EQ(dir_exists("jobs"), 1);
     EXPECT_EQ(dir_exists("plain"), 0);
     EXPECT_EQ(dir_exists("plain/below"), 0);  // ENOTDIR
     EXPECT_EQ(file_exists("plain"), 1);
     EXPECT_EQ(file_exists("missing"), 0);
-    write("c.txt", "");
-    write("a.txt", "");
+    put_file("c.txt", "");
+    put_file("a.txt", "");
     EXPECT_EQ(globFileVector("*.txt"), (std::vector<std::string>{"a.txt", "c.txt"}));
     EXPECT_TRUE(globFileVector("*.none").empty());
 
     EXPECT_EQ(write_text_file("a b;$x.txt", "line\n"), WRITE_OK);
-    EXPECT_EQ(slurp("a b;$x.txt"), "line\n");
+    EXPECT_EQ(read_text_file("a b;$x.txt"), "line\n");
     EXPECT_EQ(write_text_file("missing/x", "x"), WRITE_OPEN_FAILED);
     if (access("/dev/full", W_OK) == 0) {
         EXPECT_EQ(write_text_file("/dev/full", "x"), WRITE_FAILED);
@@ -58,12 +38,12 @@ TEST_F(MmutilFiles, BackupAppendsHashToAnyPathAndCountLinesSeesCrAndLf)
     EXPECT_EQ(backup_file("missing.log"), 0);
     EXPECT_FALSE(fileExist("missing.log#"));
     const std::string odd = "a b'\"$(touch pwned);x.log";
-    write(odd, "a\r\nb\nc\r");
+    put_file(odd, "a\r\nb\nc\r");
     EXPECT_EQ(backup_file(odd.c_str()), 0);
     EXPECT_FALSE(fileExist(odd.c_str()));
     EXPECT_FALSE(fileExist("pwned"));
     EXPECT_EQ(count_lines((odd + "#").c_str()), 4);
-    write("noend", "one line");
+    put_file("noend", "one line");
     EXPECT_EQ(count_lines("noend"), 0);
     EXPECT_EXIT((dup2(2, 1), count_lines("nope.txt")), testing::ExitedWithCode(255),
                 "^ERROR: Failed to open input file nope.txt\n$");
@@ -75,7 +55,7 @@ TEST_F(MmutilFiles, TableLayouts)
     double* m[3] = {r0, r1, r2};
     output_matrix(m, 3, 2, "m.dat");
     // Header: eight blanks, then %13d column numbers; rows: %7d, four blanks, %13.8f.
-    EXPECT_EQ(slurp("m.dat"), "                    0            1\n"
+    EXPECT_EQ(read_text_file("m.dat"), "                    0            1\n"
                               "      0       1.00000000  -2.50000000\n"
                               "      1       0.12500000   0.00000000\n"
                               "      2      10.00000000  20.00000000\n"
@@ -84,13 +64,13 @@ TEST_F(MmutilFiles, TableLayouts)
                               "      1      -1.00000000\n"
                               "      2      30.00000000\n");
     output_vector(r0, 3, 2, "v.dat");
-    EXPECT_EQ(slurp("v.dat"), "     1.0000000    -2.5000000\n     3.0000000\n");
+    EXPECT_EQ(read_text_file("v.dat"), "     1.0000000    -2.5000000\n     3.0000000\n");
     output_vector(r0, 2, 2, "v.dat");  // a multiple of per_line ends with an empty line
-    EXPECT_EQ(slurp("v.dat"), "     1.0000000    -2.5000000\n\n");
+    EXPECT_EQ(read_text_file("v.dat"), "     1.0000000    -2.5000000\n\n");
     testing::internal::CaptureStdout();
     output_vvector({{1, 2}, {-0.5, 4}, {0, 1e3}}, "c.dat");
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "ncols = 3\nnrows = 2\n");
-    EXPECT_EQ(slurp("c.dat"), "      1.0000000     -0.5000000      0.0000000\n"
+    EXPECT_EQ(read_text_file("c.dat"), "      1.0000000     -0.5000000      0.0000000\n"
                               "      2.0000000      4.0000000   1000.0000000\n");
 
     EXPECT_EXIT((dup2(2, 1), output_matrix(m, 1, 1, "no/dir.dat")), testing::ExitedWithCode(1),

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "fileio.h"
-#include "reader_test_util.h"
+#include "test_support.h"
 
 namespace {
 
@@ -50,7 +50,7 @@ protected:
     std::string read_mol(const std::string& text, int m = 0, bool verbose = false)
     {
         release(m);
-        write_text_file("a.mol", text);
+        put_file("a.mol", text);
         testing::internal::CaptureStdout();
         f.read_data_mol("a.mol", m, verbose);
         return testing::internal::GetCapturedStdout();
@@ -254,7 +254,7 @@ TEST_F(MolReader, V3000SkippedBlocksAndLinknode)
 
 TEST_F(MolReader, XyzFiles)
 {
-    write_text_file("b.xyz", "3\ncomment\n  C 0.0 1.0 2.0\nCl -1 -2 -3\nXx 1 1 1\n");
+    put_file("b.xyz", "3\ncomment\n  C 0.0 1.0 2.0\nCl -1 -2 -3\nXx 1 1 1\n");
     f.read_data_xyz("b.xyz");
     ASSERT_EQ(f.natoms_cif, 3);
     EXPECT_EQ(f.cif_atypes[0], 6);
@@ -264,14 +264,14 @@ TEST_F(MolReader, XyzFiles)
     EXPECT_DOUBLE_EQ(f.cif_x[5], -3.0);
 
     // Shorter than its count: what is there is kept and the file is named.
-    write_text_file("b.xyz", "5\n\nH 0 0 0\nH 0 0 0.74\n");
+    put_file("b.xyz", "5\n\nH 0 0 0\nH 0 0 0.74\n");
     testing::internal::CaptureStdout();
     f.read_data_xyz("b.xyz");
     EXPECT_NE(testing::internal::GetCapturedStdout().find("b.xyz"), std::string::npos);
     EXPECT_EQ(f.natoms_cif, 2);
     EXPECT_DOUBLE_EQ(f.cif_x[5], 0.74);
 
-    write_text_file("b.xyz", "2\n\nH 0 0 0\nH 0\n");
+    put_file("b.xyz", "2\n\nH 0 0 0\nH 0\n");
     EXPECT_EXIT(f.read_data_xyz("b.xyz"), testing::ExitedWithCode(255), "");
     EXPECT_EXIT(f.read_data_xyz("none.xyz"), testing::ExitedWithCode(255),
                 "Failed to open input file \"none.xyz\"");

@@ -90,7 +90,7 @@ TEST_F(QcInputTest, LayoutsLineByLine)
     for (const QcCase& c : cases) {
         SCOPED_TRACE(c.path);
         c.write(fio, c.path);
-        EXPECT_EQ(slurp(c.path), c.want);
+        EXPECT_EQ(read_text_file(c.path), c.want);
     }
     std::string path = ".";  // paths of any length
     for (char d = 'a'; d < 'f'; d++) {
@@ -98,7 +98,7 @@ TEST_F(QcInputTest, LayoutsLineByLine)
         ASSERT_EQ(mkdir(path.c_str(), 0750), 0);
     }
     cases[1].write(fio, (path += "/re.com").c_str());
-    EXPECT_EQ(slurp(path), cases[1].want);
+    EXPECT_EQ(read_text_file(path), cases[1].want);
 }
 
 TEST_F(QcInputDeathTest, OpenAndWriteFailuresAreFatal)

@@ -8,7 +8,7 @@
 
 #include <cmath>
 
-#include "reader_test_util.h"
+#include "test_support.h"
 #include "veska_inp.h"
 
 // A 20 Å cubic P1 cell with two molecules: a C-C pair 1.54 Å apart and a
@@ -28,7 +28,7 @@ static const char* kTwoMolecules =
 
 static std::string run_cif_driver(VeskaInp& v, const char* text, bool write_bonds)
 {
-    write_text_file("two.cif", text);
+    put_file("two.cif", text);
     testing::internal::CaptureStdout();
     v.read_data_cif("two.cif", false);
     v.input_kind = 2;
@@ -93,7 +93,7 @@ TEST(StructureDriverDeathTest, BadKindShortNameListAndUnwritableBondFile)
     EXPECT_EXIT((dup2(2, 1), v.read_crystal_strcuture_files(false, false)),
                 testing::ExitedWithCode(255), "2 molecules are expected but 1 MOL file names");
 
-    write_text_file("notadir", "x");
+    put_file("notadir", "x");
     VeskaInp w;
     w.set_varables_default();
     w.data_dir = "notadir";
@@ -106,7 +106,7 @@ TEST(StructureDriver, MolBondFilesUseCovalentRadiiWithoutImages)
     ScratchDir dir;
     ASSERT_TRUE(dir.ok());
     // C-C 1.54 Å is a bond (1.44 x 1.15 = 1.656), C-C 1.70 Å is not.
-    write_text_file("three.mol",
+    put_file("three.mol",
                     "three\n  test\n\n"
                     "  3  0  0  0  0  0  0  0  0  0999 V2000\n"
                     "    0.0000    0.0000    0.0000 C   0  0  0  0  0  0  0  0  0  0  0  0\n"

@@ -65,7 +65,7 @@ const std::string uiso = "  0.00000  Uiso   1.00\n";
 TEST_F(StructureWriterTest, XyzAndMolLayouts)
 {
     fio.write_data_xyz("g.xyz", 3, types3, coords3);
-    EXPECT_EQ(slurp("g.xyz"), "3\nmol xyz file\n"
+    EXPECT_EQ(read_text_file("g.xyz"), "3\nmol xyz file\n"
                               " C   0.0000000000   1.5000000000 -12.3456700000\n"
                               " H  10.2500000000  -0.5000000000   2.0000000000\n"
                               "Cl   3.1415900000   2.7182800000  -1.0000000000\n");
@@ -73,25 +73,25 @@ TEST_F(StructureWriterTest, XyzAndMolLayouts)
     fio.cif_atypes = new int[1]{8};
     fio.cif_x = new double[3]{1, 2, 3};
     fio.write_data_xyz("cell.xyz");
-    EXPECT_EQ(slurp("cell.xyz"),
+    EXPECT_EQ(read_text_file("cell.xyz"),
               "1\nmol xyz file\n O   1.0000000000   2.0000000000   3.0000000000\n");
 
     const std::string mol_head = "Molecule\nCreated by VESKA\n\n";
     fio.write_data_mol("g.mol", 3, types3, coords3);
-    EXPECT_EQ(slurp("g.mol"), mol_head + "  3  0  0  0  0  0  0  0  0  0999 V2000\n"
+    EXPECT_EQ(read_text_file("g.mol"), mol_head + "  3  0  0  0  0  0  0  0  0  0999 V2000\n"
                               "    0.0000    1.5000  -12.3457 C   0  0  0  0  0  0  0  0  0  0\n"
                               "   10.2500   -0.5000    2.0000 H   0  0  0  0  0  0  0  0  0  0\n"
                               "    3.1416    2.7183   -1.0000 Cl  0  0  0  0  0  0  0  0  0  0\n"
                               "M  END\n");
     fio.natoms_cif = 0;
     fio.write_data_mol("none.mol");
-    EXPECT_EQ(slurp("none.mol"), mol_head + "  0  0  0  0  0  0  0  0  0  0999 V2000\nM  END\n");
+    EXPECT_EQ(read_text_file("none.mol"), mol_head + "  0  0  0  0  0  0  0  0  0  0999 V2000\nM  END\n");
 }
 
 TEST_F(StructureWriterTest, CifLabelsRunOnAcrossMoleculesAndImages)
 {
     fio.write_supercell_cif("sc.cif", 2, natoms2, types2, frac2, 2, 1, 1);
-    EXPECT_EQ(slurp("sc.cif"), cif_header("20.0000", "14.5000") + atom_loop +
+    EXPECT_EQ(read_text_file("sc.cif"), cif_header("20.0000", "14.5000") + atom_loop +
                                    "C1     C   0.050000   0.200000   0.300000" + uiso +
                                    "C2     C   0.125000   0.500000   0.750000" + uiso +
                                    "H3     H   0.510000   0.000000  -0.050000" + uiso +
@@ -103,7 +103,7 @@ TEST_F(StructureWriterTest, CifLabelsRunOnAcrossMoleculesAndImages)
                                    "C9     C   0.750000   0.500000   0.500000" + uiso +
                                    "H10    H   0.950000   0.100000   0.200000" + uiso);
     fio.write_supercell_cif("flat.cif", 2, natoms2, types2, frac2, 2, 1, 0);
-    EXPECT_EQ(slurp("flat.cif"), cif_header("20.0000", "0.0000"));
+    EXPECT_EQ(read_text_file("flat.cif"), cif_header("20.0000", "0.0000"));
 }
 
 TEST_F(StructureWriterTest, CifRowsIntoOpenFileAndPrincipalMoments)
@@ -113,13 +113,13 @@ TEST_F(StructureWriterTest, CifRowsIntoOpenFileAndPrincipalMoments)
     double shift[3] = {-1, 0, 1};
     fio.write_cif_mol_one(out, 10, 2, types_b, frac_a, shift, 3.0, 4);
     fclose(out);
-    EXPECT_EQ(slurp("rows.cif"), "C11     C   0.033333   0.400000   0.766667  0.00000  4\n"
+    EXPECT_EQ(read_text_file("rows.cif"), "C11     C   0.033333   0.400000   0.766667  0.00000  4\n"
                                  "H12     H   0.083333   0.500000   0.916667  0.00000  4\n");
 
     double eigval[3] = {12.5, 345.678901, 1000.25};
     double eigvec[9] = {1, 0, 0, 0, 0.70710678, -0.70710678, 0, 0.70710678, 0.70710678};
     fio.output_prin_moment_inertia("moments.dat", eigval, eigvec);
-    EXPECT_EQ(slurp("moments.dat"),
+    EXPECT_EQ(read_text_file("moments.dat"),
               "#eigval[3]                    eigvec1[3]                   eigvec2[3]        "
               "          eigvec3[3]\n"
               "12.500000 345.678901 1000.250000    1.0000   0.0000   0.0000    0.0000   0.7071"

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "reader_test_util.h"
+#include "test_support.h"
 
 // Pieces that several layouts share, each ending with its line feed.
 inline const std::string golden_qc_method = R"(  qc_method       = b3lyp

@@ -19,7 +19,7 @@ static const Writer old = &VeskaInp::write_config_inp;
 static std::string written(VeskaInp& v, Writer w, int kind, std::vector<std::string> files = {})
 {
     ScratchDir dir;
-    for (const std::string& f : files) write_text_file(f, "x\n");
+    for (const std::string& f : files) put_file(f, "x\n");
     testing::internal::CaptureStdout();
     EXPECT_TRUE((v.*w)("out.inp", kind, false));
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "Writing config file \"out.inp\" ... \n");

@@ -1,9 +1,10 @@
-#ifndef VESKA_READER_TEST_UTIL_H
-#define VESKA_READER_TEST_UTIL_H
+#ifndef VESKA_TEST_SUPPORT_H
+#define VESKA_TEST_SUPPORT_H
 
-// Helpers of the reader tests: a fresh temporary directory that the test
-// works in, and writing small files into it.
+// Helpers shared by the tests: a fresh temporary directory that a test works
+// in, and writing and reading small files.
 
+#include <gtest/gtest.h>
 #include <stdlib.h>
 #include <unistd.h>
 
@@ -37,7 +38,14 @@ private:
     std::string old_;
 };
 
-inline void write_text_file(const std::string& path, const std::string& text)
+// A test that runs inside its own fresh temporary directory.
+class ScratchDirTest : public ::testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(scratch.ok()); }
+    ScratchDir scratch;
+};
+
+inline void put_file(const std::string& path, const std::string& text)
 {
     std::ofstream out(path, std::ios::binary);
     out << text;
@@ -48,7 +56,7 @@ inline void write_text_file(const std::string& path, const std::string& text)
 inline void child_with_file(const std::string& path, const std::string& text)
 {
     dup2(2, 1);
-    write_text_file(path, text);
+    put_file(path, text);
 }
 
 inline std::string read_text_file(const std::string& path)
