@@ -19,3 +19,8 @@ Transport::~Transport()
 {
     free_molecule_arrays();
 }
+
+void Transport::get_workdir(std::string& dir)
+{
+    ::get_workdir(dir);
+}
