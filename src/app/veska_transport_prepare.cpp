@@ -152,6 +152,15 @@ bool cif_has_disorder_groups(const std::string& path)
     return false;
 }
 
+void warn_disorder(Transport& t)
+{
+    if (t.input_kind == 2 && cif_has_disorder_groups(t.crystal_file))
+        printf("WARNING: %s has disordered atom sites; every alternative site is kept, so the "
+               "molecules hold both conformations. Resolve the disorder before trusting the "
+               "results.\n",
+               t.crystal_file.c_str());
+}
+
 // Regular files under `dir` modified since `since` (a re-run rewrites
 // everything it owns, so these are the files this run wrote).
 int files_written_since(const std::string& dir, const timespec& since)
@@ -223,6 +232,7 @@ void print_summary(Transport& t, const Options& o, const timespec& start)
     for (const std::string& d : run_directories(t))
         printf(" %s/ %d,", d.c_str(), files_written_since(d, start));
     printf("\n");
+    warn_disorder(t);
     print_next_steps(t);
 }
 
@@ -237,11 +247,6 @@ void read_structure(Transport& t, const Options& o)
     step("building the unit cell's whole molecules");
     t.read_crystal_strcuture_files(o.verbose, true);
     printf("   %d molecules in the unit cell\n", t.nmols);
-    if (t.input_kind == 2 && cif_has_disorder_groups(t.crystal_file))
-        printf("WARNING: %s has disordered atom sites; every alternative site is kept, so the "
-               "molecules hold both conformations. Resolve the disorder before trusting the "
-               "results.\n",
-               t.crystal_file.c_str());
 }
 
 void analyse(Transport& t, const Options& o)
@@ -299,6 +304,7 @@ int main(int argc, char** argv)
     read_structure(t, o);
     if (t.nmols < 1) {
         printf("\n**** Summary ****\n  molecules          0\n");
+        warn_disorder(t);
         printf("WARNING: no molecule was built from %s: nothing to compute. Check that the file "
                "holds atom sites and symmetry operators this reader understands.\n",
                t.input_kind == 2 ? t.crystal_file.c_str() : o.config.c_str());
