@@ -1,0 +1,44 @@
+#ifndef VESKA_QC_JOBS_TEST_SUPPORT_H
+#define VESKA_QC_JOBS_TEST_SUPPORT_H
+
+// A small hand-made crystal for the job generators: in a monoclinic cell,
+// molecule 1 (C, H) has three neighbours (molecule 2 twice, in two cells,
+// and its own image), molecule 2 (N) none. Unique lists out of walk order.
+
+#include <vector>
+
+#include "mmutil.h"
+#include "structure_common.h"
+#include "test_support.h"
+#include "transport.h"
+
+inline void small_crystal(Transport& t)
+{
+    double cell[6] = {5, 6, 7, 90, 100, 90};
+    t.cell_cell6_to_latt3x3(cell, t.latt3x3);
+    const std::vector<std::vector<double>> mols = {{6, .1, .2, .3, 1, .15, .25, .35}, {7, .6, .55, .4}};
+    t.nmols = t.neighbor_nmols = 2;
+    t.natoms_mol = new int[2]();
+    t.atypes_mol = new int*[2]();
+    t.x_mol = new double*[2]();
+    t.x_s_mol = new double*[2]();
+    for (int m = 0; m < 2; m++) {
+        allocate_molecule(t, m, (int)mols[m].size() / 4);
+        for (int a = 0; a < t.natoms_mol[m]; a++) {
+            t.atypes_mol[m][a] = (int)mols[m][4 * a];
+            for (int d = 0; d < 3; d++) t.x_s_mol[m][3 * a + d] = mols[m][4 * a + 1 + d];
+            mat_vec_mul(t.latt3x3, &t.x_s_mol[m][3 * a], &t.x_mol[m][3 * a]);
+        }
+    }
+    t.nnei = new int[2]{3, 0};
+    t.nei_mol = new int*[2]{new int[3]{1, 0, 1}, new int[1]};
+    const int cells[3][3] = {{0, 1, 0}, {0, 0, -1}, {0, 0, 1}};  // per axis, per neighbour
+    for (int d = 0; d < 3; d++) t.nei_cell[d] = new int*[2]{new int[3]{cells[d][0], cells[d][1], cells[d][2]}, new int[1]};
+    t.neighbor_list_built = true;
+    t.hl_unique_count = t.re_unique_count = t.unique_pair_count = 2;
+    t.hl_unique_list = new int[2]{2, 1};
+    t.re_unique_list = new int[2]{2, 1};
+    t.unique_pair_list = new int[2]{3, 1};
+}
+
+#endif

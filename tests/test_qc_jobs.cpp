@@ -1,0 +1,164 @@
+// Transfer-integral and reorganisation-energy job generation: one golden of
+// every file written per engine and family, the orbital-index files, the
+// neighbours' unique ids, an empty cell and bad input.
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+
+#include "qc_jobs_test_support.h"
+
+namespace fs = std::filesystem;
+using QcJobs = ScratchDirTest;
+
+// Every file below `dir`, sorted, each after a line naming it; without
+// `full` only the drivers' text is given.
+static std::string tree_dump(const std::string& dir, bool full)
+{
+    std::vector<std::string> paths;
+    for (const auto& e : fs::recursive_directory_iterator(dir))
+        if (e.is_regular_file()) paths.push_back(e.path().string());
+    std::sort(paths.begin(), paths.end());
+    std::string out;
+    for (const std::string& p : paths)
+        out += "=== " + p + "\n" + (full || p.find("/scr/") != std::string::npos ? read_text_file(p) : "");
+    return out;
+}
+
+// Runs `write` on a fresh small crystal inside `dir`, two levels down.
+template <typename F>
+static void in_dir(const std::string& dir, int engine, F write)
+{
+    fs::create_directories(dir);
+    fs::current_path(dir);
+    Transport t;
+    small_crystal(t);
+    t.work_dir = "/w";
+    t.set_compute_engine(engine);
+    write(t);
+    fs::current_path("../..");
+}
+
+static void expect_golden(const std::string& name, const std::string& got)
+{
+    const std::string golden = data_file(("qc_jobs/" + name + ".txt").c_str());
+    if (getenv("VESKA_REGEN_GOLDENS")) put_file(golden, got);
+    EXPECT_EQ(read_text_file(golden), got) << golden;
+}
+
+TEST_F(QcJobs, GoldenPerEngineAndFamily)
+{
+    struct Engine {
+        int id;
+        std::string name;
+        void (Transport::*plain_inputs)();
+        void (Transport::*re_plain)();
+        void (Transport::*re_unique)();
+    };
+    const Engine engines[] = {
+        {1, "gaussian", &Transport::write_HL_gaussian_mol_gif, &Transport::write_RE_gaussian_mol_gjf_and_job,
+         &Transport::write_RE_gaussian_mol_gjf_and_job_unique_separated},
+        {2, "orca", &Transport::write_HL_orca_mol_inp, &Transport::write_RE_orca_mol_inp_and_job_seperated,
+         &Transport::write_RE_orca_mol_inp_and_job_unique_seperated},
+        {3, "qchem", &Transport::write_HL_qchem_mol_inp, &Transport::write_RE_qchem_mol_inp_and_job_seperated,
+         &Transport::write_RE_qchem_mol_inp_and_job_unique_seperated}};
+    for (const Engine& e : engines) {
+        // Plain and unique sets, as array and single jobs; two runs give every file,
+        // the other two (same inputs) their drivers.
+        std::string hl, re;
+        for (int run = 0; run < 4; run++) {
+            const bool unique = run % 2, array = run < 2 ? run == 0 : run == 3;
+            const std::string dir = e.name + "_hl/" + (unique ? "unique" : "plain") + (array ? "_array" : "_single");
+            in_dir(dir, e.id, [&](Transport& t) {
+                t.unique_uc_mol_one_calc_flag = t.unique_nei_mol_one_calc_flag = t.unique_2mol_calc_flag = unique;
+                t.sched_job_array = array;
+                t.write_HL_inputs_and_jobs();
+                if (run == 0) (t.*e.plain_inputs)();
+            });
+            hl += tree_dump(dir, run < 2);
+        }
+        for (auto write : {e.re_plain, e.re_unique}) {
+            const std::string dir = e.name + (write == e.re_plain ? "_re/plain" : "_re/unique");
+            in_dir(dir, e.id, [&](Transport& t) { (t.*write)(); });
+            re += tree_dump(dir, true);
+        }
+        expect_golden(e.name + "_hl", hl);
+        expect_golden(e.name + "_re", re);
+    }
+}
+
+TEST_F(QcJobs, EmptyCellWritesFramesAndAnEmptyArrayJob)
+{
+    Transport t;
+    t.work_dir = "/w";
+    t.sched_type = "lsf";
+    t.parse_scheduling_type();
+    t.write_HL_gaussian_mol_one_gjf_and_job_uc();
+    t.write_RE_orca_mol_inp_and_job_seperated();
+    EXPECT_EQ(read_text_file("scr/mol_one_uc.py"),
+              "#!/usr/bin/env python\nimport os\n\ncwd = os.getcwd()\nos.chdir(\"HL\")\n\n\n"
+              "os.system(\"bsub <  ../jobs/job_uc_mol.lsf\")\n\nos.chdir(cwd)\n\n");
+    EXPECT_TRUE(fs::exists("jobs/job_uc_mol.lsf"));
+    EXPECT_EQ(read_text_file("scr/mol_RE.py"),
+              "#!/usr/bin/env python\nimport os\n\ncwd = os.getcwd()\nos.chdir(\"RE\")\n\nos.chdir(cwd)\n\n");
+}
+
+TEST_F(QcJobs, OrbitalIndexFiles)
+{
+    Transport t;
+    small_crystal(t);
+    t.lumo_adjustment = {2, -1};
+    EXPECT_EQ(t.calc_homo()[0], 3);  // C + H: 7 electrons
+    t.write_H_L_inp();
+    EXPECT_EQ(read_text_file("data/H.inp"), "3\n3\n");
+    EXPECT_EQ(read_text_file("data/L.inp"), "6\n3\n");
+    EXPECT_EQ(read_text_file("data/L_adj.inp"), "2\n2\n-1\n");
+    EXPECT_FALSE(fs::exists("data/H_adj.inp"));
+}
+
+TEST_F(QcJobs, NeighboursTakeTheirMoleculesUniqueId)
+{
+    Transport t;
+    small_crystal(t);
+    t.prin_moment = new double*[2]{new double[3]{1, 2, 3}, new double[3]{4, 5, 6}};
+    t.mol_mass = new double[2]{13.0, 14.0};
+    t.hl_mol_index = new int[2]{1, 2};
+    t.nei_unique_id = new int*[2]{new int[3](), new int[1]()};
+    t.mol_id_indexes_allocated = true;
+    t.find_HL_mol_neighbor_index_unique();
+    EXPECT_EQ(std::vector<int>(t.nei_unique_id[0], t.nei_unique_id[0] + 3), (std::vector<int>{2, 1, 2}));
+    EXPECT_EQ(read_text_file("scr/mol_one_nei.py"),
+              "#!/usr/bin/env python\nimport sys\n\nsys.stdout.write(\">> Use results from mol_one_uc.py\\n\")\n\n");
+}
+
+// Each case stops with its message and leaves no driver behind.
+TEST_F(QcJobs, BadInputStopsWithAMessageNamingIt)
+{
+    struct Case {
+        const char* blocker;  // a plain file where a directory is wanted
+        void (*write)(Transport&);
+        const char* message;
+    };
+    const Case cases[] = {
+        {nullptr, [](Transport& t) { t.compute_engine = 7, t.write_HL_inputs_and_jobs(); },
+         "line 5001 : \nUnknown compute_engine 7"},
+        {nullptr, [](Transport& t) { delete[] t.nnei, t.nnei = nullptr, t.write_HL_qchem_2mol_inp_and_job(); },
+         "No neighbour list"},
+        {"scr", [](Transport& t) { t.write_HL_orca_mol_one_inp_and_job_nei(); },
+         "line 5101 : \nFailed to open output file scr/mol_one_nei.py"},
+        {"HL", [](Transport& t) { t.write_HL_gaussian_mol_one_gjf_and_job_uc(); },
+         "Failed to open output file HL/uc_mol-1.com"},
+        {"jobs", [](Transport& t) { t.write_RE_qchem_mol_inp_and_job_seperated(); },
+         "Failed to open output file jobs/job_re-mol1-anion.pbs"},
+        {"scr", [](Transport& t) { t.write_RE_gaussian_mol_gjf_and_job(); },
+         "line 5201 : \nFailed to open output file scr/mol_RE.py"},
+    };
+    for (const Case& c : cases) {
+        fs::remove_all("scr"), fs::remove_all("HL"), fs::remove_all("jobs");
+        if (c.blocker) put_file(c.blocker, "");
+        Transport t;
+        small_crystal(t);
+        EXPECT_EXIT((dup2(2, 1), c.write(t)), ::testing::ExitedWithCode(255), c.message);
+        EXPECT_FALSE(fs::exists("scr/mol_one_uc.py") || fs::exists("scr/mol_RE.py")) << c.message;
+    }
+}
