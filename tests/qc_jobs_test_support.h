@@ -5,6 +5,7 @@
 // molecule 1 (C, H) has three neighbours (molecule 2 twice, in two cells,
 // and its own image), molecule 2 (N) none. Unique lists out of walk order.
 
+#include <algorithm>
 #include <vector>
 
 #include "mmutil.h"
@@ -26,15 +27,15 @@ inline void small_crystal(Transport& t)
         allocate_molecule(t, m, (int)mols[m].size() / 4);
         for (int a = 0; a < t.natoms_mol[m]; a++) {
             t.atypes_mol[m][a] = (int)mols[m][4 * a];
-            for (int d = 0; d < 3; d++) t.x_s_mol[m][3 * a + d] = mols[m][4 * a + 1 + d];
+            std::copy(&mols[m][4 * a + 1], &mols[m][4 * a + 4], &t.x_s_mol[m][3 * a]);
             mat_vec_mul(t.latt3x3, &t.x_s_mol[m][3 * a], &t.x_mol[m][3 * a]);
         }
     }
     t.nnei = new int[2]{3, 0};
     t.nei_mol = new int*[2]{new int[3]{1, 0, 1}, new int[1]};
-    const int cells[3][3] = {{0, 1, 0}, {0, 0, -1}, {0, 0, 1}};  // per axis, per neighbour
-    for (int d = 0; d < 3; d++) t.nei_cell[d] = new int*[2]{new int[3]{cells[d][0], cells[d][1], cells[d][2]}, new int[1]};
-    t.neighbor_list_built = true;
+    t.nei_cell[0] = new int*[2]{new int[3]{0, 1, 0}, new int[1]};
+    t.nei_cell[1] = new int*[2]{new int[3]{0, 0, -1}, new int[1]};
+    t.nei_cell[2] = new int*[2]{new int[3]{0, 0, 1}, new int[1]};
     t.hl_unique_count = t.re_unique_count = t.unique_pair_count = 2;
     t.hl_unique_list = new int[2]{2, 1};
     t.re_unique_list = new int[2]{2, 1};

@@ -11,32 +11,30 @@
 namespace fs = std::filesystem;
 using QcJobs = ScratchDirTest;
 
-// Every file below `dir`, sorted, each after a line naming it; without
-// `full` only the drivers' text is given.
-static std::string tree_dump(const std::string& dir, bool full)
-{
-    std::vector<std::string> paths;
-    for (const auto& e : fs::recursive_directory_iterator(dir))
-        if (e.is_regular_file()) paths.push_back(e.path().string());
-    std::sort(paths.begin(), paths.end());
-    std::string out;
-    for (const std::string& p : paths)
-        out += "=== " + p + "\n" + (full || p.find("/scr/") != std::string::npos ? read_text_file(p) : "");
-    return out;
-}
-
-// Runs `write` on a fresh small crystal inside `dir`, two levels down.
+// Runs `write` on a fresh small crystal in `dir` (two levels down) and returns
+// every file written, sorted, each after a line naming it; only the drivers'
+// text unless `full`.
 template <typename F>
-static void in_dir(const std::string& dir, int engine, F write)
+static std::string run_in(const std::string& dir, int engine, bool full, F write)
 {
     fs::create_directories(dir);
     fs::current_path(dir);
-    Transport t;
-    small_crystal(t);
-    t.work_dir = "/w";
-    t.set_compute_engine(engine);
-    write(t);
+    {
+        Transport t;
+        small_crystal(t);
+        t.work_dir = "/w";
+        t.set_compute_engine(engine);
+        write(t);
+    }
+    std::vector<std::string> paths;
+    for (const auto& e : fs::recursive_directory_iterator(".")) paths.push_back(e.path().string());
+    std::sort(paths.begin(), paths.end());
+    std::string out;
+    for (const std::string& p : paths)
+        if (fs::is_regular_file(p))
+            out += "=== " + dir + p.substr(1) + "\n" + (full || p.rfind("./scr/", 0) == 0 ? read_text_file(p) : "");
     fs::current_path("../..");
+    return out;
 }
 
 static void expect_golden(const std::string& name, const std::string& got)
@@ -48,40 +46,28 @@ static void expect_golden(const std::string& name, const std::string& got)
 
 TEST_F(QcJobs, GoldenPerEngineAndFamily)
 {
-    struct Engine {
-        int id;
-        std::string name;
-        void (Transport::*plain_inputs)();
-        void (Transport::*re_plain)();
-        void (Transport::*re_unique)();
-    };
-    const Engine engines[] = {
-        {1, "gaussian", &Transport::write_HL_gaussian_mol_gif, &Transport::write_RE_gaussian_mol_gjf_and_job,
+    using Op = void (Transport::*)();
+    const struct { std::string name; Op plain_inputs, re_plain, re_unique; } engines[] = {
+        {"gaussian", &Transport::write_HL_gaussian_mol_gif, &Transport::write_RE_gaussian_mol_gjf_and_job,
          &Transport::write_RE_gaussian_mol_gjf_and_job_unique_separated},
-        {2, "orca", &Transport::write_HL_orca_mol_inp, &Transport::write_RE_orca_mol_inp_and_job_seperated,
+        {"orca", &Transport::write_HL_orca_mol_inp, &Transport::write_RE_orca_mol_inp_and_job_seperated,
          &Transport::write_RE_orca_mol_inp_and_job_unique_seperated},
-        {3, "qchem", &Transport::write_HL_qchem_mol_inp, &Transport::write_RE_qchem_mol_inp_and_job_seperated,
+        {"qchem", &Transport::write_HL_qchem_mol_inp, &Transport::write_RE_qchem_mol_inp_and_job_seperated,
          &Transport::write_RE_qchem_mol_inp_and_job_unique_seperated}};
-    for (const Engine& e : engines) {
-        // Plain and unique sets, as array and single jobs; two runs give every file,
-        // the other two (same inputs) their drivers.
+    const char* runs[] = {"plain_array", "unique_single", "unique_array", "plain_single"};
+    for (int id = 1; id <= 3; id++) {
+        const auto& e = engines[id - 1];
         std::string hl, re;
-        for (int run = 0; run < 4; run++) {
-            const bool unique = run % 2, array = run < 2 ? run == 0 : run == 3;
-            const std::string dir = e.name + "_hl/" + (unique ? "unique" : "plain") + (array ? "_array" : "_single");
-            in_dir(dir, e.id, [&](Transport& t) {
-                t.unique_uc_mol_one_calc_flag = t.unique_nei_mol_one_calc_flag = t.unique_2mol_calc_flag = unique;
-                t.sched_job_array = array;
+        // The last two runs write the same inputs again; their drivers differ.
+        for (int r = 0; r < 4; r++)
+            hl += run_in(e.name + "_hl/" + runs[r], id, r < 2, [&](Transport& t) {
+                t.unique_uc_mol_one_calc_flag = t.unique_nei_mol_one_calc_flag = t.unique_2mol_calc_flag = r == 1 || r == 2;
+                t.sched_job_array = r == 0 || r == 2;
                 t.write_HL_inputs_and_jobs();
-                if (run == 0) (t.*e.plain_inputs)();
+                if (r == 0) (t.*e.plain_inputs)();
             });
-            hl += tree_dump(dir, run < 2);
-        }
-        for (auto write : {e.re_plain, e.re_unique}) {
-            const std::string dir = e.name + (write == e.re_plain ? "_re/plain" : "_re/unique");
-            in_dir(dir, e.id, [&](Transport& t) { (t.*write)(); });
-            re += tree_dump(dir, true);
-        }
+        re += run_in(e.name + "_re/plain", id, true, [&](Transport& t) { (t.*e.re_plain)(); });
+        re += run_in(e.name + "_re/unique", id, true, [&](Transport& t) { (t.*e.re_unique)(); });
         expect_golden(e.name + "_hl", hl);
         expect_golden(e.name + "_re", re);
     }
