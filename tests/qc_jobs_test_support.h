@@ -5,7 +5,11 @@
 // molecule 1 (C, H) has three neighbours (molecule 2 twice, in two cells,
 // and its own image), molecule 2 (N) none. Unique lists out of walk order.
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <cstdlib>
+#include <string>
 #include <vector>
 
 #include "mmutil.h"
@@ -40,6 +44,24 @@ inline void small_crystal(Transport& t)
     t.hl_unique_list = new int[2]{2, 1};
     t.re_unique_list = new int[2]{2, 1};
     t.unique_pair_list = new int[2]{3, 1};
+}
+
+// The distribution's python where there is one (the one the suite's readers use).
+inline std::string test_python() { return access("/usr/bin/python3", X_OK) == 0 ? "/usr/bin/python3" : "python3"; }
+
+// Every job script below the current directory passes bash -n and shellcheck
+// at error level, every driver py_compile. Without shellcheck the lint is
+// skipped with a note, except under CI.
+inline void expect_scripts_pass_checkers()
+{
+    const char* jobs = "$(find . -path '*/jobs/*' -type f)";
+    if (system("command -v shellcheck >/dev/null") == 0)
+        EXPECT_EQ(system((std::string("for f in ") + jobs + "; do bash -n $f || exit 1; done; shellcheck -S error -s bash " + jobs).c_str()), 0);
+    else if (getenv("CI") && std::string(getenv("CI")) == "true")
+        ADD_FAILURE() << "shellcheck is missing";
+    else
+        printf("note: shellcheck is not installed; the generated job scripts are not linted\n");
+    EXPECT_EQ(system((test_python() + " -m py_compile $(find . -path '*/scr/*.py')").c_str()), 0);
 }
 
 #endif

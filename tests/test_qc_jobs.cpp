@@ -71,6 +71,7 @@ TEST_F(QcJobs, GoldenPerEngineAndFamily)
         expect_golden(e.name + "_hl", hl);
         expect_golden(e.name + "_re", re);
     }
+    expect_scripts_pass_checkers();
 }
 
 TEST_F(QcJobs, EmptyCellWritesFramesAndAnEmptyArrayJob)
