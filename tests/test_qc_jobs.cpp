@@ -131,6 +131,8 @@ TEST_F(QcJobs, BadInputStopsWithAMessageNamingIt)
          "line 5001 : \nUnknown compute_engine 7"},
         {nullptr, [](Transport& t) { delete[] t.nnei, t.nnei = nullptr, t.write_HL_qchem_2mol_inp_and_job(); },
          "No neighbour list"},
+        {nullptr, [](Transport& t) { t.re_unique_count = 0, t.write_RE_orca_mol_inp_and_job_unique_seperated(); },
+         "No unique RE molecule list"},
         {"scr", [](Transport& t) { t.write_HL_orca_mol_one_inp_and_job_nei(); },
          "line 5101 : \nFailed to open output file scr/mol_one_nei.py"},
         {"HL", [](Transport& t) { t.write_HL_gaussian_mol_one_gjf_and_job_uc(); },

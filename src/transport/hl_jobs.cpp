@@ -66,6 +66,21 @@ void require_neighbour_list(Transport& t)
                                                            j + 1, i + 1, t.nei_mol[i][j] + 1, t.nmols));
 }
 
+int total_pairs(Transport& t)
+{
+    int n = 0;
+    for (int i = 0; t.nnei && i < t.nmols; i++) n += t.nnei[i];
+    return n;
+}
+
+// The analysis lists at least one molecule, unless it lists the owners of
+// unique pairs and there is no pair.
+bool unique_molecules_known(Transport& t)
+{
+    if (t.hl_unique_count > 0) return t.hl_unique_list != nullptr;
+    return t.nmols == 0 || (t.unique_2mol_calc_flag && total_pairs(t) == 0);
+}
+
 std::vector<Group> unit_cell_groups(Transport& t, bool unique)
 {
     require_molecules(t);
@@ -74,7 +89,7 @@ std::vector<Group> unit_cell_groups(Transport& t, bool unique)
     g.marker_base = "running.HL_uc_mol";
     g.count = unique ? t.hl_unique_count : t.nmols;
     g.indexes = unique ? t.hl_unique_list : nullptr;
-    if (g.count > 0 && unique && !g.indexes)
+    if (unique && !unique_molecules_known(t))
         job_input_error(kInputError, "No unique molecule list: run the unique molecule analysis first");
     for (int k = 0; k < g.count; k++) {
         const int id = unique ? g.indexes[k] : k + 1;
@@ -94,7 +109,7 @@ std::vector<Group> pair_groups(Transport& t, const QcEngine& e, HLSet set, bool 
     const std::string name = kSetNames[set].name;
     std::vector<Group> groups;
     if (unique) {
-        if (t.unique_pair_count > 0 && !t.unique_pair_list)
+        if (t.unique_pair_count > 0 ? !t.unique_pair_list : total_pairs(t) > 0)
             job_input_error(kInputError, "No unique pair list: run the unique pair analysis first");
         Group g;
         g.array_base = name;

@@ -58,7 +58,8 @@ std::vector<int> re_molecules(Transport& t, bool unique)
     if (t.nmols > 0 && (!t.natoms_mol || !t.atypes_mol || !t.x_mol))
         job_input_error(kInputError, "No molecules: read the structure before writing RE jobs");
     const int count = unique ? t.re_unique_count : t.nmols;
-    if (unique && count > 0 && !t.re_unique_list)
+    // The duplicate check keeps at least one molecule of any cell.
+    if (unique && (count > 0 ? !t.re_unique_list : t.nmols > 0))
         job_input_error(kInputError, "No unique RE molecule list: run the RE duplicate check first");
     std::vector<int> ids;
     for (int k = 0; k < count; k++) {
