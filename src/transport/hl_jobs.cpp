@@ -19,7 +19,6 @@ const int kInputError = 5103;
 struct Calc {
     int i;              // zero-based unit-cell molecule
     int j;              // zero-based neighbour of i; unused for the molecule alone
-    int number;         // its index in the array job: molecule, neighbour or pair key
     std::string base;   // input, job and marker name
     std::string title;  // Gaussian title
 };
@@ -96,7 +95,7 @@ std::vector<Group> unit_cell_groups(Transport& t, bool unique)
         if (id < 1 || id > t.nmols)
             job_input_error(kInputError, format_string("Unique molecule id %d is not one of 1..%d",
                                                        id, t.nmols));
-        g.calcs.push_back({id - 1, -1, id, numbered("uc_mol", id), "uc_mol"});
+        g.calcs.push_back({id - 1, -1, numbered("uc_mol", id), "uc_mol"});
     }
     return {g};
 }
@@ -131,9 +130,9 @@ std::vector<Group> pair_groups(Transport& t, const QcEngine& e, HLSet set, bool 
             const std::string pair = numbered(numbered(name, i + 1), j + 1);
             const std::string title = kSetNames[set].title ? kSetNames[set].title : pair;
             if (!unique)
-                groups.back().calcs.push_back({i, j, j + 1, pair, title});
+                groups.back().calcs.push_back({i, j, pair, title});
             else if (t.check_if_key_in_keylist(key))
-                groups.back().calcs.push_back({i, j, key, numbered(name, key), title});
+                groups.back().calcs.push_back({i, j, numbered(name, key), title});
         }
     }
     return groups;
