@@ -90,23 +90,17 @@ TEST_F(QcJobs, EmptyCellWritesFramesAndAnEmptyArrayJob)
               "#!/usr/bin/env python\nimport os\n\ncwd = os.getcwd()\nos.chdir(\"RE\")\n\nos.chdir(cwd)\n\n");
 }
 
-TEST_F(QcJobs, OrbitalIndexFiles)
+TEST_F(QcJobs, OrbitalIndexFilesAndNeighboursUniqueIds)
 {
     Transport t;
     small_crystal(t);
     t.lumo_adjustment = {2, -1};
     EXPECT_EQ(t.calc_homo()[0], 3);  // C + H: 7 electrons
     t.write_H_L_inp();
-    EXPECT_EQ(read_text_file("data/H.inp"), "3\n3\n");
-    EXPECT_EQ(read_text_file("data/L.inp"), "6\n3\n");
-    EXPECT_EQ(read_text_file("data/L_adj.inp"), "2\n2\n-1\n");
+    EXPECT_EQ(read_text_file("data/H.inp") + read_text_file("data/L.inp") + read_text_file("data/L_adj.inp"),
+              "3\n3\n" "6\n3\n" "2\n2\n-1\n");
     EXPECT_FALSE(fs::exists("data/H_adj.inp"));
-}
 
-TEST_F(QcJobs, NeighboursTakeTheirMoleculesUniqueId)
-{
-    Transport t;
-    small_crystal(t);
     t.prin_moment = new double*[2]{new double[3]{1, 2, 3}, new double[3]{4, 5, 6}};
     t.mol_mass = new double[2]{13.0, 14.0};
     t.hl_mol_index = new int[2]{1, 2};
