@@ -1,8 +1,8 @@
-// The other kinds of job script: their bodies, modules, names and places.
+// The other kinds of job script: their bodies, modules, names and places,
+// and the sweep of every kind in every dialect that the shell lint reads.
 
-#include <set>
+#include <cstdlib>
 
-#include "job_compose.h"
 #include "test_job_scripts_support.h"
 
 TEST_F(JobScriptDir, OrcaPbsJobAsListed)
@@ -13,48 +13,7 @@ TEST_F(JobScriptDir, OrcaPbsJobAsListed)
     js.orca_args = "--bind";
     js.scratch = "/scratch";
     js.write_orca_HL_job("HL-o", 1, 8, "2mol-5", "d5", "RUN/running.2mol-5");
-    EXPECT_EQ(read_text_file("jobs/HL-o.pbs"), "#PBS -S /bin/bash\n"
-                                     "#PBS -l walltime=1000:00:00\n"
-                                     "#PBS -l nodes=1:ppn=8\n"
-                                     "#PBS -q workq\n"
-                                     "#PBS -o stdout-d5\n"
-                                     "#PBS -j oe\n"
-                                     "\n"
-                                     "module load orca/4.2\n"
-                                     "\n"
-                                     "DataDir=/home/u/run/HL\n"
-                                     "echo \"Starting job run at `date`\"\n"
-                                     "python /home/u/run/scr/orca_out_check.py /home/u/run/HL/2mol-5.out\n"
-                                     "if [ $? == 0 ]; then\n"
-                                     "    echo \"Normal termination of ORCA detected, skip the current ORCA run.\"\n"
-                                     "else\n"
-                                     "    SCRDIR=/scratch/veska-$PBS_JOBID\n"
-                                     "    if [ ! -a $SCRDIR ]; then\n"
-                                     "        echo \"Scratch directory $SCRDIR created.\"\n"
-                                     "        mkdir -p $SCRDIR\n"
-                                     "    fi\n"
-                                     "\n"
-                                     "    cp ${DataDir}/2mol-5.inp $SCRDIR\n"
-                                     "    cd ${SCRDIR}\n"
-                                     "    echo \"Working directory is ${SCRDIR}\"\n"
-                                     "\n"
-                                     "    /opt/orca/orca 2mol-5.inp --bind > 2mol-5.out\n"
-                                     "    orca_2mkl 2mol-5\n"
-                                     "\n"
-                                     "    CurrDir=`pwd`\n"
-                                     "    if [ $DataDir != $CurrDir ]; then\n"
-                                     "        echo \"Copy data back to HL directory...\"\n"
-                                     "        mv $CurrDir/2mol-5.out $DataDir\n"
-                                     "        mv $CurrDir/2mol-5.mkl $DataDir\n"
-                                     "    fi\n"
-                                     "    rm -Rf $SCRDIR\n"
-                                     "fi\n"
-                                     "python /home/u/run/scr/orca_out_check.py /home/u/run/HL/2mol-5.out\n"
-                                     "if [ $? != 0 ]; then\n"
-                                     "    touch /home/u/run/RUN/ERROR-HL_2mol-5\n"
-                                     "fi\n"
-                                     "rm -f /home/u/run/RUN/running.2mol-5\n"
-                                     "echo \"Ending job run at `date`\"\n");
+    EXPECT_EQ(read_text_file("jobs/HL-o.pbs"), golden("orca_hl.pbs"));
 }
 
 TEST_F(JobScriptDir, LocalMonteCarloRunsItsFixedCommand)
@@ -103,14 +62,13 @@ TEST_F(JobScriptDir, KindsDifferWhereDocumented)
     EXPECT_EQ(read_text_file("mc-full.pbs").find("module load gaussian"), std::string::npos);  // the qc module is for qc kinds
 }
 
-TEST(JobKinds, ErrorNumbersAreDistinct)
+// tests/shellcheck.cmake runs this with VESKA_JOB_SWEEP_DIR set and lints
+// the scripts it leaves there.
+TEST_F(JobScriptDir, SweepWritesEveryKindInEveryDialect)
 {
-    std::set<int> numbers;
-    for (const JobKind* k : {&kGaussianHLJob, &kGaussianHLArrayJob, &kGaussianREJob, &kOrcaHLJob, &kOrcaHLArrayJob,
-                             &kOrcaREJob, &kQchemHLJob, &kQchemHLArrayJob, &kQchemREJob, &kMCJob, &kMEJob, &kCalcMobJob,
-                             &kCalcGetREJob, &kCalcGetHLJob, &kCalcTransintJob, &kCalcTransintArrayJob}) {
-        numbers.insert(k->dispatcher_error);
-        numbers.insert(k->writer_error, k->writer_error + 4);
-    }
-    EXPECT_EQ(numbers.size(), 16u * 5u);
+    if (const char* keep = getenv("VESKA_JOB_SWEEP_DIR")) std::filesystem::current_path(keep);
+    write_every_kind_in_every_dialect(js);
+    int files = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(".")) files += entry.is_regular_file();
+    EXPECT_EQ(files, 4 * 2 * (12 + 4 * 2));
 }
