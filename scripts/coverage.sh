@@ -11,8 +11,9 @@ command -v gcovr >/dev/null || { echo "coverage needs gcovr (apt-get install gco
 
 cmake -S . -B build-cov -DCMAKE_BUILD_TYPE=Debug -DVESKA_BUILD_BENCH=OFF \
     -DCMAKE_CXX_FLAGS=--coverage -DCMAKE_EXE_LINKER_FLAGS=--coverage >/dev/null
-cmake --build build-cov -j "$jobs"
 find build-cov -name '*.gcda' -delete
+cmake --build build-cov -j "$jobs"
+find build-cov -name '*.gcda' -delete  # test discovery ran the runner
 ctest --test-dir build-cov --output-on-failure -j "$jobs"
 
 min=()

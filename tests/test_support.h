@@ -55,11 +55,15 @@ inline void child_with_file(const std::string& path, const std::string& text)
     put_file(path, text);
 }
 
-// In a death test's child: writes past `bytes` fail as on a full disk.
+// In a death test's child: writes past `bytes` fail as on a full disk. The
+// limit is lifted again at exit, before coverage data are written.
 inline void limit_file_size(rlim_t bytes)
 {
+    static struct rlimit saved;
+    getrlimit(RLIMIT_FSIZE, &saved);
+    atexit([] { setrlimit(RLIMIT_FSIZE, &saved); });
     signal(SIGXFSZ, SIG_IGN);
-    struct rlimit limit = {bytes, bytes};
+    struct rlimit limit = {bytes, saved.rlim_max};
     setrlimit(RLIMIT_FSIZE, &limit);
 }
 
