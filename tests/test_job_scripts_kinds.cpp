@@ -16,16 +16,6 @@ TEST_F(JobScriptDir, OrcaPbsJobAsListed)
     EXPECT_EQ(read_text_file("jobs/HL-o.pbs"), golden("orca_hl.pbs"));
 }
 
-TEST_F(JobScriptDir, LocalMonteCarloRunsItsFixedCommand)
-{
-    js.job_sched_type = 3;
-    js.module_gau_flag = true;
-    js.write_MC_job("run_mc", 1, 8, "ignored body\n", "elec", "RUN/m");
-    EXPECT_EQ(read_text_file("run_mc.local"), "#!/bin/sh\n\nmodule load gaussian/g09.e01\n\n"
-                                    "echo \"Starting job run at `date`\"\n\nhopmc_OMP.exe\n\n"
-                                    "rm -f /home/u/run/RUN/m\n\necho \"Ending job run at `date`\"\n\n");
-}
-
 // One distinctive piece of each kind: bodies, modules, scratch names, LSF
 // job names and script places (HL and RE jobs under jobs/, the rest here).
 TEST_F(JobScriptDir, KindsDifferWhereDocumented)
@@ -45,6 +35,7 @@ TEST_F(JobScriptDir, KindsDifferWhereDocumented)
         {"jobs/qchem-RE-full.local", "SCRDIR=/tmp/veska-RE-mol1-$RANDOM\n\n" + body + "re1\n\necho \"Ending"},
         {"mc-full.pbs", "cd ${PBS_O_WORKDIR}\n\nmodule load mpich2/1.5-gnu-5.4.0\n\n" + body + "mc\n"},
         {"mc-bare.slurm", "#SBATCH -p workq\n#SBATCH --output=stdout-elec\n\n"},
+        {"mc-full.local", "`date`\"\n\nhopmc_OMP.exe\n\nrm -f /home/u/run/RUN/mc\n"},  // its fixed command, no body
         {"mob-full.lsf", "\n\nhopmob_OMP.exe\n\nrm -f /home/u/run/RUN/mob\n"},
         {"transint-full.pbs", "\ncd /home/u/run\ncd data\necho \"Working directory is `pwd`\"\n"},
         {"getHL-full.pbs", "\ncd ${PBS_O_WORKDIR}\ncd data\n"},
