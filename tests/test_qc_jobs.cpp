@@ -3,7 +3,6 @@
 // neighbours' unique ids, an empty cell and bad input.
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 
 #include "qc_jobs_test_support.h"
@@ -37,13 +36,6 @@ static std::string run_in(const std::string& dir, int engine, bool full, F write
     return out;
 }
 
-static void expect_golden(const std::string& name, const std::string& got)
-{
-    const std::string golden = data_file(("qc_jobs/" + name + ".txt").c_str());
-    if (getenv("VESKA_REGEN_GOLDENS")) put_file(golden, got);
-    EXPECT_EQ(read_text_file(golden), got) << golden;
-}
-
 TEST_F(QcJobs, GoldenPerEngineAndFamily)
 {
     using Op = void (Transport::*)();
@@ -68,8 +60,8 @@ TEST_F(QcJobs, GoldenPerEngineAndFamily)
             });
         re += run_in(e.name + "_re/plain", id, true, [&](Transport& t) { (t.*e.re_plain)(); });
         re += run_in(e.name + "_re/unique", id, true, [&](Transport& t) { (t.*e.re_unique)(); });
-        expect_golden(e.name + "_hl", hl);
-        expect_golden(e.name + "_re", re);
+        EXPECT_EQ(hl, golden("qc_jobs_" + e.name + "_hl.txt"));
+        EXPECT_EQ(re, golden("qc_jobs_" + e.name + "_re.txt"));
     }
     expect_scripts_pass_checkers();
 }

@@ -66,9 +66,10 @@ static int markers(const char* prefix)
 
 TEST_F(QcJobsProtocol, DriversRunResumeAndMarkFailures)
 {
+    const fs::path root = fs::current_path();
     for (const std::string sched : {"pbs", "slurm", "lsf", "local"}) {
-        fs::create_directories(scratch.path() + "/" + sched + "/bin");
-        fs::current_path(scratch.path() + "/" + sched);
+        fs::create_directories(root / sched / "bin");
+        fs::current_path(root / sched);
         for (const char* name : {"qsub", "sbatch", "bsub", "sh"}) put_program("bin/" + std::string(name), kScheduler);
         put_program("bin/g16", kEngine);
         put_program("bin/formchk", "#!/bin/sh\n: >\"${1%.chk}.fchk\"\n");
