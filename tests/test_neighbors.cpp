@@ -1,0 +1,95 @@
+// Neighbour list, its files, and the unique molecules and pairs, on small
+// hand-made cells whose distances are exact in binary.
+
+#include <gtest/gtest.h>
+
+#include "neighbor_internal.h"
+#include "structure_common.h"
+#include "test_support.h"
+
+using Mol = std::pair<std::vector<int>, std::vector<double>>;  // types, Cartesian Å
+
+// A cubic cell of the given edge (the matrix set exactly, so that whole
+// numbers of ångström stay exact), with its molecules and their centres.
+static void set_cell(Transport& t, double edge, const std::vector<Mol>& mols)
+{
+    for (int k = 0; k < 6; k++) t.cell_latt[k] = k < 3 ? edge : 90;
+    for (int r = 0; r < 3; r++)
+        for (int c = 0; c < 3; c++) t.latt3x3[r][c] = t.latt_vec[r][c] = r == c ? edge : 0;
+    const int n = t.nmols = (int)mols.size();
+    t.natoms_mol = new int[n];
+    t.atypes_mol = new int*[n]();
+    t.x_mol = new double*[n]();
+    t.x_s_mol = new double*[n]();
+    for (int m = 0; m < n; m++) {
+        allocate_molecule(t, m, (int)mols[m].first.size());
+        std::copy(mols[m].first.begin(), mols[m].first.end(), t.atypes_mol[m]);
+        for (size_t k = 0; k < mols[m].second.size(); k++)
+            t.x_s_mol[m][k] = (t.x_mol[m][k] = mols[m].second[k]) / edge;
+    }
+    t.mol_mass = new double[n];
+    t.x_com = new double[3 * n];
+    t.x_s_com = new double[3 * n];
+    t.post_data_read_treatment();
+}
+
+// In a 16 Å cell: A (C) touches the image of C (C) in cell -1 at 3.61 Å and
+// B (C, O) at 2 Å, but B's centre lies farther; D (H) is exactly 4 Å from A.
+static void four_molecules(Transport& t, double rcut)
+{
+    set_cell(t, 16, {{{6}, {1, 8, 8}}, {{6, 8}, {3, 8, 8, 11, 8, 8}}, {{6}, {15, 8, 11}},
+                     {{1}, {1, 12, 8}}});
+    t.lat_cutoff = rcut;
+    t.nei_scell[0] = t.nei_scell[1] = t.nei_scell[2] = 1;
+}
+
+using Rows = std::vector<std::vector<int>>;
+
+static Rows neighbor_rows(Transport& t, int i)
+{
+    Rows rows;
+    for (int k = 0; k < t.nnei[i]; k++)
+        rows.push_back({t.nei_mol[i][k], t.nei_cell[0][i][k], t.nei_cell[1][i][k], t.nei_cell[2][i][k]});
+    return rows;
+}
+
+TEST(NeighborList, CutOffIsStrictAndOrderFollowsTheCentres)
+{
+    struct Case { double rcut; Rows a, d; };
+    const Case cases[] = {
+        {4.0, {{2, -1, 0, 0}, {1, 0, 0, 0}}, {}},  // C's centre is nearer than B's
+        {4.000001, {{2, -1, 0, 0}, {3, 0, 0, 0}, {1, 0, 0, 0}}, {{0, 0, 0, 0}}},
+    };
+    for (const Case& c : cases) {
+        Transport t;
+        four_molecules(t, c.rcut);
+        t.build_neighbor_list(false);
+        EXPECT_EQ(neighbor_rows(t, 0), c.a);
+        EXPECT_EQ(neighbor_rows(t, 2), (Rows{{0, 1, 0, 0}}));
+        EXPECT_EQ(neighbor_rows(t, 3), c.d);
+        EXPECT_EQ(t.nei_mol_id[0][t.nnei[0] - 1], t.nnei[0]);
+    }
+}
+
+// One atom in a 5 Å cube: its only neighbours are its own six face images.
+TEST(NeighborList, OwnImagesRangeAndCapacity)
+{
+    struct Case { int scell, nneimax, nnei; };
+    for (Case c : {Case{1, 7, 6}, Case{0, 7, 0}, Case{1, 6, -1}}) {
+        Transport t;
+        set_cell(t, 5, {{{1}, {1, 1, 1}}});
+        t.lat_cutoff = 5.5;
+        t.nei_scell[0] = t.nei_scell[1] = t.nei_scell[2] = c.scell;
+        t.NNEIMAX = c.nneimax;
+        if (c.nnei < 0) {
+            EXPECT_EXIT(t.build_neighbor_list(false), ::testing::ExitedWithCode(255),
+                        "Need to boost NNEIMAX \\(NumNeigh=6\\)");
+            continue;
+        }
+        t.build_neighbor_list(false);
+        ASSERT_EQ(t.nnei[0], c.nnei);
+        for (auto& row : neighbor_rows(t, 0))
+            EXPECT_EQ(row[0] * 9 + abs(row[1]) + abs(row[2]) + abs(row[3]), 1);  // molecule 0, one step
+    }
+}
+
