@@ -93,3 +93,20 @@ TEST(NeighborList, OwnImagesRangeAndCapacity)
     }
 }
 
+class NeighborFiles : public ScratchDirTest {};
+
+TEST_F(NeighborFiles, TableAndNeighbourCifAsWritten)
+{
+    Transport t;
+    four_molecules(t, 4.0);
+    t.identifier = "fixture";
+    t.build_neighbor_list(false);
+    t.output_neighbor_data();
+    EXPECT_EQ(read_text_file("data/neighbor.dat"), read_text_file(data_file("neighbors_fixture.dat")));
+    EXPECT_EQ(read_text_file("data/mol1_neighbors.cif"),
+              read_text_file(data_file("neighbors_fixture_mol1.cif")));
+    t.data_dir = "data/neighbor.dat/x";
+    EXPECT_EXIT((dup2(2, 1), t.output_neighbor_data()), ::testing::ExitedWithCode(255),
+                "line 2818 : \n+Failed to open output file \"data/neighbor.dat/x/neighbor.dat\"");
+}
+
