@@ -296,3 +296,24 @@ TEST(CrystalReference, EveryCifEntryReproducesItsNeighbours)
     }
 }
 
+// A dimer and its reverse hold the same atoms, so the later key always maps
+// to the earlier one's representative; at most half the pairs stay unique.
+TEST(CrystalReference, CentrosymmetricCrystalMergesEveryPairWithItsReverse)
+{
+    Transport t;
+    read_crystal(t, "pentacene_pencen01.cif");
+    t.post_data_read_treatment();
+    t.build_neighbor_list(false);
+    t.unique_2mol_calc_flag = false;  // no table, no print
+    t.calc_HL_2mol_eigval_eigvec_and_unique_pairs();
+    std::vector<int> rows = neighbor_rows(t);
+    ASSERT_EQ(t.nkey, 24);
+    for (int key = 0, rev; key < t.nkey; ++key) {
+        const int* r = &rows[5 * key];
+        const int back[5] = {r[1], r[0], -r[2], -r[3], -r[4]};
+        for (rev = 0; rev < t.nkey && !std::equal(back, back + 5, &rows[5 * rev]);) ++rev;
+        ASSERT_LT(rev, t.nkey) << key;
+        EXPECT_EQ(t.unique_pair_map[std::max(key, rev)], t.unique_pair_map[std::min(key, rev)]);
+    }
+    EXPECT_LE(2 * t.unique_pair_count, t.nkey);
+}

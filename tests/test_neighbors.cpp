@@ -110,3 +110,67 @@ TEST_F(NeighborFiles, TableAndNeighbourCifAsWritten)
                 "line 2818 : \n+Failed to open output file \"data/neighbor.dat/x/neighbor.dat\"");
 }
 
+class UniqueAnalysis : public ScratchDirTest {};
+
+// A-C and A-B come back reversed as B-A and C-A: two unique pairs, both
+// owned by molecule 1, which is then the only unique molecule.
+TEST_F(UniqueAnalysis, ReversedPairsMergeAndOwnTheUniqueMolecules)
+{
+    Transport t;
+    four_molecules(t, 4.0);
+    t.output_eigval = 1;
+    t.build_neighbor_list(false);
+    t.calc_HL_uc_mol_eigval_eigvec();
+    testing::internal::CaptureStdout();
+    t.calc_HL_2mol_eigval_eigvec_and_unique_pairs();
+    EXPECT_EQ(t.HL_check_unitcell_unique_mols(true), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "*** Check Duplicate 2mol pairs ***\n  Unique 2mol pairs: 2 out of 4\n"
+              "      1   1   <=>    1\n      1   2   <=>    2\n*** End of Check Duplicate 2mol pairs ***\n\n"
+              "**** Check HL Duplicate Molecules in Unit Cell ****\n  Unit cell unique molecule indexes: 1\n"
+              "**** End of Check HL Duplicate Molecules in Unit Cell ****\n\n");
+    EXPECT_EQ(std::vector<int>(t.unique_pair_map, t.unique_pair_map + 4), (std::vector<int>{0, 1, 1, 0}));
+    EXPECT_EQ(read_text_file("data/unique_id_map.dat"),
+              "# Unique ID mapping\n4\n  2\n      1   1    1\n      1   2    2\n"
+              "  1\n      2   1    3\n  1\n      3   1    4\n  0\n");
+    EXPECT_TRUE(std::filesystem::exists("data/eigval_1mol.dat"));
+    EXPECT_EQ(read_text_file("data/eigval_2mol.dat"),
+              "# 2mol eigenvalues by principal moment of inertia\n4\n  1\n"
+              "     1:    39.0358    39.0358    -0.0000\n     2:     0.0000   267.2965   267.2965\n"
+              "  2\n     1:     0.0000   267.2965   267.2965\n"
+              "  3\n     1:    39.0358    39.0358    -0.0000\n  4\n");
+}
+
+// Pair eigenvalues exactly 1e-4 apart differ; the last earlier match decides.
+TEST_F(UniqueAnalysis, PairMapIsStrictAndTakesTheLastMatch)
+{
+    Transport t;
+    four_molecules(t, 4.0);
+    t.build_neighbor_list(false);
+    const double eig[4][3] = {{0, 0, 0}, {0, 0, 1e-4}, {0, 0, 0.5e-4}, {1, 0, 0}};
+    const int slot[4][2] = {{0, 0}, {0, 1}, {1, 0}, {2, 0}};  // keys 0 to 3
+    for (int k = 0; k < 4; k++) std::copy(eig[k], eig[k] + 3, t.eigval_2mol[slot[k][0]][slot[k][1]]);
+    t.unique_2mol_calc_flag = false;
+    find_unique_pairs(t);
+    EXPECT_EQ(std::vector<int>(t.unique_pair_map, t.unique_pair_map + 4), (std::vector<int>{0, 1, 1, 3}));
+    EXPECT_EQ(std::vector<int>(t.unique_pair_list, t.unique_pair_list + t.unique_pair_count),
+              (std::vector<int>{1, 2, 4}));
+}
+
+// Molecules A and C (one carbon each) stay the same up to a moment
+// difference of 0.1 inclusive.
+TEST(UniqueMolecules, MomentsWithinOneTenthAreTheSameMolecule)
+{
+    Transport t;
+    four_molecules(t, 4.0);
+    t.build_neighbor_list(false);
+    t.calc_HL_uc_mol_eigval_eigvec();
+    t.unique_2mol_calc_flag = false;
+    t.prin_moment[2][2] = 0.1;
+    EXPECT_EQ(t.HL_check_unitcell_unique_mols(false), 0);
+    EXPECT_EQ(std::vector<int>(t.hl_unique_list, t.hl_unique_list + t.hl_unique_count), (std::vector<int>{1, 2, 4}));
+    t.allocate_mol_id_indexes_array();  // identity indexes again
+    t.prin_moment[2][2] = 0.2;
+    EXPECT_EQ(t.HL_check_unitcell_unique_mols(false), 1);
+    EXPECT_FALSE(t.hl_same_flag);
+}
