@@ -110,6 +110,19 @@ TEST_F(NeighborFiles, TableAndNeighbourCifAsWritten)
                 "line 2818 : \n+Failed to open output file \"data/neighbor.dat/x/neighbor.dat\"");
 }
 
+// A molecule without atoms and one with an unknown element (which weighs
+// nothing) pass; neither has a neighbour.
+TEST_F(NeighborFiles, OddMoleculesPass)
+{
+    Transport t;
+    set_cell(t, 16, {{{}, {}}, {{-1, 6}, {1, 8, 8, 2, 8, 8}}});
+    EXPECT_DOUBLE_EQ(t.mol_mass[1], 12.011);
+    t.build_neighbor_list(false);
+    t.calc_HL_uc_mol_eigval_eigvec();
+    t.calc_HL_2mol_eigval_eigvec_and_unique_pairs();
+    EXPECT_EQ(t.nkey, 0);
+}
+
 class UniqueAnalysis : public ScratchDirTest {};
 
 // A-C and A-B come back reversed as B-A and C-A: two unique pairs, both
