@@ -17,9 +17,10 @@ void build_neighbor_list_scan(Transport& t, bool verbose, bool prefilter);
 // Ends the process with a clear message when `op` runs before the list exists.
 void require_neighbor_list(Transport& t, const char* op);
 
-// Writes a whole output file or ends the process: an open failure prints
-// `open_message` followed by the path (quoted when asked) under the error
-// header with `line`; a failure while writing names the file likewise.
+// Writes a whole output file or ends the process under the error header
+// with `line`: "Failed to open output file " or, when writing fails part
+// way, "Failed to write output file ", then the path (in double quotes when
+// `quoted`).
 void write_output_file(const std::string& path, const std::string& text, int line, bool quoted);
 
 // From the dimer eigenvalues already computed: the pair map, the unique

@@ -138,12 +138,13 @@ void collect_candidates(Transport& t, int i, const BoundingSpheres* spheres, Can
             if (spheres && spheres->apart(i, j, shift, std::fabs(rcut))) continue;
             double r2;
             if (!t.found_molecule_within_rcut(i, j, cell, rcut2, &r2)) continue;
-            c.mol[c.count] = j;
-            for (int d = 0; d < 3; d++) c.cell[3 * c.count + d] = cell[d];
-            c.rsq[c.count] = t.calc_neighbor_com_rsq(i, j, cell);
-            if (++c.count == t.NNEIMAX)
+            // The list keeps at most NNEIMAX - 1 neighbours.
+            if (c.count + 1 >= t.NNEIMAX)
                 veska_fatal("transport", 2561, -1, stderr, "Need to boost NNEIMAX (NumNeigh=%d)\n",
                             t.NNEIMAX);
+            c.mol[c.count] = j;
+            for (int d = 0; d < 3; d++) c.cell[3 * c.count + d] = cell[d];
+            c.rsq[c.count++] = t.calc_neighbor_com_rsq(i, j, cell);
         }
     } while (next_search_cell(n, cell));
 }
