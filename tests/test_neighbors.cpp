@@ -71,6 +71,21 @@ TEST(NeighborList, CutOffIsStrictAndOrderFollowsTheCentres)
     }
 }
 
+// The diagnostic listing orders by closest atoms: B (2 Å) before C.
+TEST(NeighborList, MinimumDistanceListing)
+{
+    Transport t;
+    four_molecules(t, 4.0);
+    testing::internal::CaptureStdout();
+    t.find_neighbor_molecules_min_distance(true);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "\n**** Calculate minimum atomic distance with neighbors ****\n  molecule 1:\n"
+              "    neighbor 2 [ 0  0  0]:    2.000\n    neighbor 3 [-1  0  0]:    3.606\n"
+              "  molecule 2:\n    neighbor 1 [ 0  0  0]:    2.000\n  molecule 3:\n"
+              "    neighbor 1 [ 1  0  0]:    3.606\n  molecule 4:\n"
+              "**** End of Calculate minimum atomic distance with neighbors ****\n");
+}
+
 // One atom in a 5 Å cube: its only neighbours are its own six face images.
 TEST(NeighborList, OwnImagesRangeAndCapacity)
 {
