@@ -106,6 +106,10 @@ TEST(NeighborList, OwnImagesRangeAndCapacity)
         for (auto& row : neighbor_rows(t, 0))
             EXPECT_EQ(row[0] * 9 + abs(row[1]) + abs(row[2]) + abs(row[3]), 1);  // molecule 0, one step
     }
+    int n[3] = {5, 0, 2}, a[5], c[2], *cells[3] = {a, nullptr, c};
+    Transport().create_neighbor_cell_array(n, cells);
+    EXPECT_EQ(std::vector<int>(a, a + 5), (std::vector<int>{0, -1, 1, -2, 2}));
+    EXPECT_EQ(std::vector<int>(c, c + 2), (std::vector<int>{0, -1}));
 }
 
 class NeighborFiles : public ScratchDirTest {};
