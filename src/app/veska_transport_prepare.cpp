@@ -71,40 +71,6 @@ int parse_options(int argc, char** argv, Options& o, bool& stop)
     return 0;
 }
 
-// The operations of one engine, chosen by compute_engine; the unique
-// variants are taken when the workspace's unique flags say so.
-using Step = void (Transport::*)();
-struct EngineSteps {
-    const char* name;
-    Step uc, uc_unique, nei, nei_unique, dimer, dimer_unique, re, re_unique;
-};
-
-const EngineSteps engine_steps[3] = {
-    {"Gaussian", &Transport::write_HL_gaussian_mol_one_gjf_and_job_uc,
-     &Transport::write_HL_gaussian_mol_one_gjf_and_job_uc_unique,
-     &Transport::write_HL_gaussian_mol_one_gjf_and_job_nei,
-     &Transport::write_HL_gaussian_mol_one_gjf_and_job_nei_unique,
-     &Transport::write_HL_gaussian_2mol_gjf_and_job,
-     &Transport::write_HL_gaussian_2mol_gif_and_job_unique,
-     &Transport::write_RE_gaussian_mol_gjf_and_job,
-     &Transport::write_RE_gaussian_mol_gjf_and_job_unique},
-    {"ORCA", &Transport::write_HL_orca_mol_one_inp_and_job_uc,
-     &Transport::write_HL_orca_mol_one_inp_and_job_uc_unique,
-     &Transport::write_HL_orca_mol_one_inp_and_job_nei,
-     &Transport::write_HL_orca_mol_one_inp_and_job_nei_unique,
-     &Transport::write_HL_orca_2mol_inp_and_job, &Transport::write_HL_orca_2mol_inp_and_job_unique,
-     &Transport::write_RE_orca_mol_inp_and_job_seperated,
-     &Transport::write_RE_orca_mol_inp_and_job_unique_seperated},
-    {"Q-Chem", &Transport::write_HL_qchem_mol_one_inp_and_job_uc,
-     &Transport::write_HL_qchem_mol_one_inp_and_job_uc_unique,
-     &Transport::write_HL_qchem_mol_one_inp_and_job_nei,
-     &Transport::write_HL_qchem_mol_one_inp_and_job_nei_unique,
-     &Transport::write_HL_qchem_2mol_inp_and_job,
-     &Transport::write_HL_qchem_2mol_inp_and_job_unique,
-     &Transport::write_RE_qchem_mol_inp_and_job_seperated,
-     &Transport::write_RE_qchem_mol_inp_and_job_unique_seperated},
-};
-
 void step(const char* text)
 {
     printf("-- %s\n", text);
@@ -265,20 +231,25 @@ void analyse(Transport& t, const Options& o)
     printf("   %d unique molecules, %d unique pairs\n", t.hl_unique_count, t.unique_pair_count);
 }
 
+const char* engine_name(int engine)
+{
+    static const char* const names[3] = {"Gaussian", "ORCA", "Q-Chem"};
+    return engine >= 1 && engine <= 3 ? names[engine - 1] : "unknown";
+}
+
 void write_jobs(Transport& t)
 {
-    const EngineSteps& e = engine_steps[t.compute_engine - 1];
-    printf("-- writing %s inputs and %s job scripts (%s)\n", e.name,
+    printf("-- writing %s inputs and %s job scripts (%s)\n", engine_name(t.compute_engine),
            t.sched_names[t.job_sched_type].c_str(),
            t.sched_job_array ? "array jobs" : "one job per calculation");
     fflush(stdout);
+    // The neighbour driver of the unique set replaces the placeholder that
+    // the neighbour-to-molecule mapping writes.
     if (t.get_unique_uc_mol_one_calc_flag()) t.find_HL_mol_neighbor_index_unique();
-    (t.*(t.get_unique_uc_mol_one_calc_flag() ? e.uc_unique : e.uc))();
-    (t.*(t.get_unique_nei_mol_one_calc_flag() ? e.nei_unique : e.nei))();
-    (t.*(t.get_unique_2mol_calc_flag() ? e.dimer_unique : e.dimer))();
+    t.write_HL_inputs_and_jobs();
     t.calc_homo();
     t.write_H_L_inp();
-    (t.*(t.get_unique_RE_calc_flag() ? e.re_unique : e.re))();
+    t.write_RE_inputs_and_jobs();
     step("writing the workflow scripts");
     t.write_scripts(false);
 }
