@@ -1,0 +1,164 @@
+// Workflow scripts as users meet them: goldens for one engine and scheduler,
+// the other engines checked as differences, the generated Python run on
+// hand-made inputs, and every script through the interpreter and shellcheck.
+
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <functional>
+#include <regex>
+#include <set>
+
+#include "mmutil.h"
+#include "test_support.h"
+#include "transport.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+int run(const std::string& command)
+{
+    int rc = std::system(command.c_str());
+    return WIFEXITED(rc) ? WEXITSTATUS(rc) : -1;
+}
+
+const std::string kPython = access("/usr/bin/python3", X_OK) == 0 ? "/usr/bin/python3" : "python3";
+
+// Under CI a missing checker fails the test; elsewhere it skips.
+#define REQUIRE_TOOL(name)                                                                     \
+    if (run(std::string("command -v ") + name + " >/dev/null 2>&1") != 0) {                    \
+        if (getenv("CI") && std::string(getenv("CI")) == "true") FAIL() << name << " missing"; \
+        GTEST_SKIP() << name << " missing";                                                    \
+    }
+
+std::string replaced(std::string text, const std::string& from, const std::string& to)
+{
+    for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+        text.replace(at, from.size(), to);
+    return text;
+}
+
+std::string listing(const std::string& dir)
+{
+    std::set<std::string> names;
+    for (const auto& entry : fs::directory_iterator(dir)) names.insert(entry.path().filename().string());
+    std::string text;
+    for (const std::string& name : names) text += (text.empty() ? "" : " ") + name;
+    return text;
+}
+
+class WorkflowScripts : public ScratchDirTest {
+protected:
+    // Two molecules; molecule 2's only pair is the reverse of molecule 1's
+    // first, and molecule 2 equals molecule 1.
+    void SetUp() override
+    {
+        ScratchDirTest::SetUp();
+        t.set_varables_default();
+        t.nmols = 2, t.input_kind = 2, t.crystal_file = "x.cif";
+        t.nnei = new int[2]{2, 1};
+        t.nei_mol = new int*[2];
+        t.nei_mol[0] = new int[2]{1, 1};
+        t.nei_mol[1] = new int[1]{0};
+        t.unique_pair_map = new int[3]{0, 1, 0};
+        t.hl_mol_index = new int[2]{1, 1}, t.re_mol_index = new int[2]{1, 1};
+        t.re_unique_list = new int[2]{1, 0}, t.re_unique_count = 1, t.neighbor_nmols = 2;
+        t.neighbor_list_built = t.pair_data_built = t.mol_id_indexes_allocated = true;
+        t.do_transport_run_MC_temp = t.do_transport_run_ME = t.do_transport_run_ME_temp = 1;
+        enter(".");
+    }
+    // Makes `dir` the run directory, with the bond lists the evc inputs read.
+    void enter(const std::string& dir)
+    {
+        fs::create_directories(dir + "/data");
+        fs::current_path(dir);
+        t.work_dir = fs::current_path().string();
+        put_file("data/mol1_bonds.dat", "2\n  1   2  0  0\n  2   3  0  0\n  3   4  0  0\n");
+        put_file("data/mol2_bonds.dat", "0\n");
+    }
+    void write_in(const std::string& dir)
+    {
+        enter(dir);
+        t.write_scripts(false);
+        fs::current_path(scratch.path());
+    }
+    std::string generated(const std::string& path) { return replaced(read_text_file(path), scratch.path(), "/WORK"); }
+    Transport t;
+};
+
+TEST_F(WorkflowScripts, OutputChecksAndFchkRenamingRunAsUsersRunThem)
+{
+    t.write_gaussian_log_check_py_file();
+    t.write_orca_out_check_py_file();
+    t.write_qchem_out_check_py_file();
+    std::tuple<std::string, const char*, int> cases[] = {
+        {"gaussian_log_check", "x\n Normal termination of Gaussian 16 at Mon Jan  1.\n", 0},
+        {"gaussian_log_check", "x\n Normal termination of Gaussian 16", 0},
+        {"gaussian_log_check", " Normal termination of Gaussian 16\n Link1:  next step\n", 1},
+        {"gaussian_log_check", "no end\n", 1},
+        {"gaussian_log_check", "", 1},
+        {"orca_out_check", "x\n ****ORCA TERMINATED NORMALLY****\nTOTAL RUN TIME\n", 0},
+        {"orca_out_check", "", 1},
+        {"qchem_out_check", " *** Have a nice day. ***\nmore\n", 0},
+        {"qchem_out_check", "Have a nice day\n", 1},
+    };
+    for (const auto& [script, output, status] : cases) {
+        put_file("out.txt", output);
+        EXPECT_EQ(run(kPython + " scr/" + script + ".py out.txt >log 2>&1"), status) << script << output;
+        EXPECT_EQ(read_text_file("log"), "");
+    }
+    for (std::string script : {"gaussian_log_check", "orca_out_check", "qchem_out_check"})
+        for (const char* arg : {" missing.txt", ""})  // no such file, no argument
+            EXPECT_EQ(run(kPython + " scr/" + script + ".py" + arg + " >log 2>&1") + read_text_file("log").size(), 1u);
+    t.write_qchem_fchk_ext_lowercase_py_file();
+    fs::create_directory("HL");
+    for (const char* name : {"HL/a.FChk", "HL/b.c.FChk", "HL/keep.txt", "HL/d.FChk.bak"}) put_file(name, name);
+    put_file("HL/a.fchk", "old");
+    EXPECT_EQ(run(kPython + " scr/qchem_fchk_ext_lowercase.py HL"), 0);
+    EXPECT_EQ(listing("HL"), "a.fchk b.c.fchk d.FChk.bak keep.txt");
+    EXPECT_EQ(read_text_file("HL/a.fchk"), "HL/a.FChk");
+}
+
+TEST_F(WorkflowScripts, GetREGathersEnergiesAndNormalModesOfAHandMadeTree)
+{
+    t.write_get_re_py_file("get_RE.py");
+    for (std::string dir : {"evc/mol1/elec", "evc/mol1/hole", "evc/mol2/elec", "evc/mol2/hole"}) {
+        fs::create_directories(dir);
+        put_file(dir + "/NM.dat", dir);
+        put_file(dir + "/evc.cart.dat", "modes\n");
+    }
+    put_file("evc/mol1/elec/evc.cart.dat",
+             " Total reorganization energy (cm-1):   100.0  200.0\nTotal reorganization energy 1 1\n");
+    ASSERT_EQ(run(kPython + " scr/get_RE.py >log"), 0);
+    EXPECT_EQ(read_text_file("evc/mol1/lamda.dat"),
+              "elec:\nlam lam1 lam2 [meV]\n 37.19526000  12.39842000  24.79684000\n"
+              "hole:\nlam lam1 lam2 [meV]\n  0.00000000   0.00000000   0.00000000\n");
+    EXPECT_EQ(read_text_file("evc/mol2_NM-h.dat"), "evc/mol2/hole");
+    EXPECT_EQ(read_text_file("data/NM01-e.dat"), "evc/mol1/elec");
+    EXPECT_EQ(read_text_file("data/NM02-h.dat"), "evc/mol2/hole");
+}
+
+TEST_F(WorkflowScripts, PrepareRELaysOutTheEvcTreeFromAHandMadeREFolder)
+{
+    for (const char* chargetype : {"H", "x"}) {
+        t.chargetype = chargetype;
+        t.write_evc_inp_file();
+    }
+    EXPECT_EQ(listing("RE"), "evc-h-mol1.inp evc-h-mol2.inp");
+    EXPECT_NE(read_text_file("RE/evc-h-mol2.inp").find("\n  def_add_int_coord = \n/\n"), std::string::npos);
+    t.chargetype = "a";
+    t.write_evc_inp_file();
+    t.write_prepare_evc_files("prepare_RE.py");
+    for (const char* mol : {"1", "2"})
+        for (const char* state : {"anion", "cation", "neutral"})
+            for (const char* ext : {".fchk", ".log"})
+                put_file(std::string("RE/re-mol") + mol + "-" + state + ext, state);
+    ASSERT_EQ(run(kPython + " scr/prepare_RE.py >log"), 0);
+    EXPECT_EQ(listing("evc/mol2/hole"),
+              "evc.inp job_get_NM.pbs re-mol2-cation.fchk re-mol2-cation.log re-mol2-neutral.fchk re-mol2-neutral.log");
+    EXPECT_EQ(read_text_file("evc/mol1/elec/evc.inp"), read_text_file("RE/evc-e-mol1.inp"));
+    EXPECT_EQ(read_text_file("evc/mol1/elec/re-mol1-anion.log"), "anion");
+}
+
+}  // namespace
