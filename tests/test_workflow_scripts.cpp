@@ -161,4 +161,24 @@ TEST_F(WorkflowScripts, PrepareRELaysOutTheEvcTreeFromAHandMadeREFolder)
     EXPECT_EQ(read_text_file("evc/mol1/elec/re-mol1-anion.log"), "anion");
 }
 
+TEST_F(WorkflowScripts, MobilityScriptsReadHandMadeExpData)
+{
+    t.delta_temp = 40;
+    t.write_get_mob_py_ME_TD("td");
+    t.write_get_mob_py_ME("me");
+    for (std::string dir : {"td/elec/200", "td/elec/240", "td/elec/280", "td/hole/200", "td/hole/240", "td/hole/280",
+                            "me/elec", "me/hole"}) {
+        fs::create_directories(dir);
+        put_file(dir + "/exp_data.dat", "a 0 1.5\nb 0 2.5e-3\nc 0 " + dir.substr(dir.rfind('/') + 1) + "\nav 0 4\n");
+    }
+    ASSERT_EQ(run("cd td && " + kPython + " get_mob.py >log && cd ../me && " + kPython + " get_mob.py"), 0);
+    EXPECT_EQ(read_text_file("me/mob_h.dat"), read_text_file("me/hole/exp_data.dat"));
+    std::string mob = read_text_file("td/mob_h.dat");
+    EXPECT_EQ(mob.find("dir_a:\n200  1.500000e+00  cm^{2}/Vs\n240  1.500000e+00  cm^{2}/Vs\n280  1.500000e+00  "
+                       "cm^{2}/Vs\ndir_b:\n200  2.500000e-03"),
+              0u);
+    EXPECT_NE(mob.find("dir_c:\n200  2.000000e+02  cm^{2}/Vs\n240  2.400000e+02  cm^{2}/Vs\n280  2.800000e+02"),
+              std::string::npos);
+}
+
 }  // namespace
