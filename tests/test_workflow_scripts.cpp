@@ -181,4 +181,130 @@ TEST_F(WorkflowScripts, MobilityScriptsReadHandMadeExpData)
               std::string::npos);
 }
 
+TEST_F(WorkflowScripts, GaussianPbsFilesMatchGoldensAndProgressIsInOrder)
+{
+    t.lat_site_energy = 1;
+    testing::internal::CaptureStdout();
+    t.write_scripts(true);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "Writting trans_int_files.dat...\nWritting get_transint.py...\nWritting site_ener_files.dat...\n"
+              "Writting evc inp files ...\nWritting evc get_RE.py...\nWritting MC files...\nWritting ME files...\n");
+    t.write_exp_re_py_file("exp_RE.py", "os.system(\"nmodes.exe evc.inp\")\n");
+    t.write_qchem_fchk_ext_lowercase_py_file();
+    // The goldens are named after the paths, with '_' for '/'.
+    for (std::string path :
+         {"scr/gaussian_log_check.py", "scr/qchem_fchk_ext_lowercase.py", "scr/exp_RE.py", "scr/get_RE.py",
+          "RE/evc-e-mol1.inp", "scr/prepare_RE.py", "scr/run_RE.py", "data/mol2_trans_int_files.dat",
+          "scr/get_transint.py", "data/site_ener_files.dat", "scr/get_site_ener.py", "scr/veska.sh",
+          "MC-quanta-temp/250/hole/prepare-mc.py", "MC-quanta-temp/250/hole/run_mc_batch.py",
+          "MC-quanta-temp/250/hole/get_mob.py", "ME-quanta/elec/prepare-me.py", "ME-quanta/elec/run_me_batch.py",
+          "ME-quanta/get_mob.py", "ME-quanta-temp/get_mob.py"})
+        EXPECT_EQ(generated(path), read_text_file(data_file("workflow_scripts/") + replaced(path, "/", "_"))) << path;
+}
+
+TEST_F(WorkflowScripts, OtherEnginesDifferFromGaussianOnlyWhereTheyShould)
+{
+    const char* checks[] = {"gaussian_log_check.py ", "orca_out_check.py ",
+                            "qchem_fchk_ext_lowercase.py qchem_out_check.py "};
+    for (int engine = 1; engine <= 3; engine++) {
+        t.compute_engine = engine;
+        write_in(std::to_string(engine));
+        std::string common = "get_RE.py get_transint.py prepare_RE.py run_RE.py veska.sh";
+        EXPECT_EQ(replaced(listing(std::to_string(engine) + "/scr"), checks[engine - 1], ""), common) << engine;
+    }
+    // Each row turns the Gaussian file into the other engine's: pattern, replacement, in order.
+    const char* qchem_re = "copyfile\n\nos.system(\"python scr/qchem_fchk_ext_lowercase.py RE\")\n\n";
+    const char* qchem_hl = "import os\n\nos.system(\"python scr/qchem_fchk_ext_lowercase.py HL\")\n\n";
+    std::tuple<int, const char*, std::vector<std::pair<const char*, const char*>>> rows[] = {
+        {2, "data/mol1_trans_int_files.dat", {{"\\.log", ".out"}}},
+        {3, "data/mol1_trans_int_files.dat", {{"\\.log", ".out"}}},
+        {2, "RE/evc-h-mol1.inp", {{"\\.log\"", ".hess\""}}},
+        {3, "RE/evc-h-mol1.inp", {{"\\.log\"", ".out\""}}},
+        {2, "jobs/job_transint.pbs", {{"tintegral.exe ", "tintegral.exe -orca "}}},
+        {3, "jobs/job_transint.pbs", {{"tintegral.exe ", "tintegral.exe -qchem "}}},
+        {2, "scr/prepare_RE.py", {{"copyfile[^\n]*fchk[^\n]*\n", ""}, {"\\.log", ".hess"}}},
+        {3, "scr/prepare_RE.py", {{"\\.log", ".out"}, {"copyfile\n\n", qchem_re}}},
+        {2, "scr/get_transint.py", {}},
+        {3, "scr/get_transint.py", {{"import os\n\n", qchem_hl}}},
+        {3, "scr/get_RE.py", {}},
+    };
+    for (const auto& [engine, path, changes] : rows) {
+        std::string expected = generated(std::string("1/") + path);
+        for (const auto& [pattern, replacement] : changes)
+            expected = std::regex_replace(expected, std::regex(pattern), replacement);
+        std::string other = generated(std::to_string(engine) + "/" + path);
+        EXPECT_EQ(replaced(other, "/WORK/" + std::to_string(engine), "/WORK/1"), expected) << path;
+    }
+}
+
+TEST_F(WorkflowScripts, TemperatureScansSiteEnergiesAndPlainPairLists)
+{
+    std::tuple<double, double, double, const char*> scans[] = {
+        {200, 300, 50, "200 250 300"}, {200, 300, 40, "200 240 280"}, {300, 200, 50, ""},
+        {250, 300, 0, "250"},          {250, 250, 0, "250"},          {200, 300, -50, ""}};
+    t.unique_nei_mol_one_calc_flag = t.unique_2mol_calc_flag = t.unique_RE_calc_flag = false;
+    int n = 0;
+    for (const auto& [start, end, step, dirs] : scans) {
+        t.start_temp = start, t.end_temp = end, t.delta_temp = step;
+        std::string dir = std::to_string(n++);
+        write_in(dir);
+        EXPECT_EQ(listing(dir + "/MC-quanta-temp"), dirs) << dir;
+        EXPECT_EQ(listing(dir + "/ME-quanta-temp/hole"), dirs) << dir;
+    }
+    EXPECT_EQ(read_text_file("0/data/mol2_trans_int_files.dat"),
+              "1\n../HL/2mol-2-1.log  ../HL/uc_mol-2.log  ../HL/nei_mol-2-1.log  2 1\n");
+    EXPECT_FALSE(fs::exists("0/data/site_ener_files.dat") || fs::exists("0/scr/get_site_ener.py"));
+    EXPECT_EQ(read_text_file("0/MC-quanta/elec/prepare-mc.py").find("EH0"), std::string::npos);
+    EXPECT_NE(read_text_file("0/MC-quanta/elec/prepare-mc.py").find("data/NM02-e.dat"), std::string::npos);
+}
+
+TEST_F(WorkflowScripts, BadInputStopsWithAMessageNamingTheCause)
+{
+    std::pair<std::function<void()>, const char*> cases[] = {
+        {[&] { t.nmols = 0; }, "The unit cell holds no molecules"},
+        {[&] { t.neighbor_nmols = 1; }, "No neighbour list for the 2 molecules"},
+        {[&] { delete[] t.unique_pair_map, t.unique_pair_map = nullptr; }, "unique-pair map is missing"},
+        {[&] { t.unique_pair_map[2] = 3; }, "line 4100 : \n.*neighbor key mapping error!"},
+        {[&] { put_file("scr", ""); }, "Failed to open output file scr/gaussian_log_check.py"},
+        {[&] { fs::remove("data/mol2_bonds.dat"); }, "Failed to open input file \"data/mol2_bonds.dat\""},
+        {[&] { t.delta_temp = 1e-6; }, "gives 100000001 temperatures; at most 10000"},
+        {[&] { t.compute_engine = 4; }, "compute_engine 4 is none of"},
+    };
+    int n = 0;
+    for (const auto& [spoil, message] : cases) {  // each in its own run directory: the files it spoils stay
+        std::string dir = std::to_string(n++);
+        EXPECT_EXIT((dup2(2, 1), enter(dir), spoil(), t.write_scripts(false)), testing::ExitedWithCode(255), message);
+    }
+}
+
+// Every scheduler with every engine: each .py compiles, each job script and
+// veska.sh passes bash -n and shellcheck at error level.
+TEST_F(WorkflowScripts, EverySchedulerAndEngineGivesScriptsThatCompileAndLint)
+{
+    REQUIRE_TOOL("shellcheck");
+    t.lat_site_energy = 1;
+    for (const char* sched : {"pbs", "slurm", "lsf", "local"})
+        for (int engine = 1; engine <= 3; engine++) {
+            t.sched_type = sched;
+            t.parse_scheduling_type();
+            t.compute_engine = engine;
+            t.sched_job_array = engine != 2;
+            write_in(std::string(sched) + std::to_string(engine));
+        }
+    int py = 0, jobs = 0;
+    for (const auto& entry : fs::recursive_directory_iterator(".")) {
+        std::string ext = entry.path().extension().string();
+        py += ext == ".py";
+        jobs += ext == ".pbs" || ext == ".slurm" || ext == ".lsf" || ext == ".local";
+    }
+    EXPECT_EQ(py, 4 * (6 + 6 + 7 + 3 * 42));    // scr per engine, then the run trees
+    EXPECT_EQ(jobs, 4 * (3 * 27 + 1 + 2 + 1));  // unique RE: one molecule; ORCA without arrays
+    EXPECT_EQ(run("find . -name '*.py' | xargs " + kPython + " -m py_compile"), 0);
+    EXPECT_EQ(run("find . -name '*.pbs' -o -name '*.slurm' -o -name '*.lsf' -o -name '*.local' -o -name '*.sh' | "
+                  "xargs -n1 bash -n"),
+              0);
+    EXPECT_EQ(run("find . -name '*.pbs' -o -name '*.lsf' | xargs shellcheck -S error -s bash"), 0);
+    EXPECT_EQ(run("find . -name '*.slurm' -o -name '*.local' -o -name '*.sh' | xargs shellcheck -S error"), 0);
+}
+
 }  // namespace
