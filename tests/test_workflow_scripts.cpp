@@ -55,6 +55,7 @@ protected:
     void SetUp() override
     {
         ScratchDirTest::SetUp();
+        root = fs::current_path().string();
         t.set_varables_default();
         t.nmols = 2, t.input_kind = 2, t.crystal_file = "x.cif";
         t.nnei = new int[2]{2, 1};
@@ -81,9 +82,10 @@ protected:
     {
         enter(dir);
         t.write_scripts(false);
-        fs::current_path(scratch.path());
+        fs::current_path(root);
     }
-    std::string generated(const std::string& path) { return replaced(read_text_file(path), scratch.path(), "/WORK"); }
+    std::string generated(const std::string& path) { return replaced(read_text_file(path), root, "/WORK"); }
+    std::string root;
     Transport t;
 };
 
@@ -199,7 +201,7 @@ TEST_F(WorkflowScripts, GaussianPbsFilesMatchGoldensAndProgressIsInOrder)
           "MC-quanta-temp/250/hole/prepare-mc.py", "MC-quanta-temp/250/hole/run_mc_batch.py",
           "MC-quanta-temp/250/hole/get_mob.py", "ME-quanta/elec/prepare-me.py", "ME-quanta/elec/run_me_batch.py",
           "ME-quanta/get_mob.py", "ME-quanta-temp/get_mob.py"})
-        EXPECT_EQ(generated(path), read_text_file(data_file("workflow_scripts/") + replaced(path, "/", "_"))) << path;
+        EXPECT_EQ(generated(path), golden("workflow_scripts/" + replaced(path, "/", "_"))) << path;
 }
 
 TEST_F(WorkflowScripts, OtherEnginesDifferFromGaussianOnlyWhereTheyShould)
