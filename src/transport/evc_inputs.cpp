@@ -98,7 +98,7 @@ void write_prepare_evc(Transport& t, const char* name, const std::vector<int>& i
             const NormalModeJob& job = jobs.back();
             run += python_touch(t, job.marker) + format_string("os.chdir(\"%s\")\n", job.dir.c_str());
             run += python_submit(t, "job_get_NM");
-            run += &c == &kScriptCarriers[1] ? "\n\n" : "\n";
+            run += (&c == &kScriptCarriers[1]) ? "\n\n" : "\n";  // a blank line after each molecule
         }
     }
     create_directory(t.scr_dir.c_str());
