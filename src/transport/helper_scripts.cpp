@@ -156,7 +156,7 @@ std::string re_molecule_text(int mol, const char* indent, const char* evc_cmd, c
         if (evc_cmd) text += python_mkdir(c.dir) + evc_copy_lines(c, mol, kGaussianEvcExts);
         text += format_string("os.chdir(\"%s\")\n", c.dir);
         if (evc_cmd) text += evc_cmd;
-        text += fill(table_text(exp_re_py_read_lamda), {{"C", c.letter}}) + "os.chdir(\"..\")\n";
+        text += expand_template(table_text(exp_re_py_read_lamda), {{"C", c.letter}}) + "os.chdir(\"..\")\n";
     }
     text += table_text(exp_re_py_write_lamda_eh);
     text += format_string(
@@ -177,11 +177,11 @@ std::string re_molecule_text(int mol, const char* indent, const char* evc_cmd, c
 static void write_output_check(Transport& t, const OutputCheck& check, int line)
 {
     std::string text = table_text(check_py_head);
-    text += check.marker ? fill(table_text(whole_output_check_tail), {{"MARKER", check.marker}})
-                         : table_text(gaussian_log_check_tail);
+    text += check.marker ? table_text(whole_output_check_tail) : table_text(gaussian_log_check_tail);
+    TemplateValues values = {
+        {"ENGINE", check.engine}, {"SCRIPT", check.script}, {"MARKER", check.marker ? check.marker : ""}};
     create_directory(t.scr_dir.c_str());
-    write_script_file(t.scr_dir + "/" + check.script, fill(text, {{"ENGINE", check.engine}, {"SCRIPT", check.script}}),
-                      line);
+    write_script_file(t.scr_dir + "/" + check.script, expand_template(text, values), line);
 }
 
 void Transport::write_gaussian_log_check_py_file()

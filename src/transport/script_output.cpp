@@ -14,16 +14,6 @@ std::string lines_text(const char* const* lines, size_t count)
     return text;
 }
 
-std::string fill(std::string text, Fills values)
-{
-    for (const auto& [name, value] : values) {
-        std::string key = std::string("@") + name + "@";
-        for (size_t at = text.find(key); at != std::string::npos; at = text.find(key, at + value.size()))
-            text.replace(at, key.size(), value);
-    }
-    return text;
-}
-
 void write_script_file(const std::string& path, const std::string& text, int line)
 {
     int rc = write_text_file(path.c_str(), text);
@@ -46,7 +36,7 @@ void create_directories(const std::string& path)
 
 std::string python_banner(const char* what)
 {
-    return fill(
+    return expand_template(
         "#\n# VESKA transport (https://veska-transport.example.org): @WHAT@\n"
         "# Written by the VESKA transport developers\n#\n\n#!/usr/bin/env python\n",
         {{"WHAT", what}});
@@ -54,7 +44,7 @@ std::string python_banner(const char* what)
 
 std::string python_mkdir(const std::string& name)
 {
-    return fill("if not os.path.isdir(\"@D@\"):\n    os.mkdir(\"@D@\", access_rights)\n", {{"D", name}});
+    return expand_template("if not os.path.isdir(\"@D@\"):\n    os.mkdir(\"@D@\", access_rights)\n", {{"D", name}});
 }
 
 std::string python_touch(const Transport& t, const std::string& marker)

@@ -3,16 +3,15 @@
 
 // Internals shared by the writers of generated scripts and inputs
 // (helper_scripts.cpp, evc_inputs.cpp, run_scripts.cpp, write_scripts.cpp):
-// fixed line tables, placeholder filling, whole-file writes that stop the
-// program on failure, and the engine and carrier tables.
+// fixed line tables, whole-file writes that stop the program on failure, and
+// the engine and carrier tables of the scripts written after the
+// quantum-chemistry jobs. Placeholders are filled by expand_template.
 
 #include <cstddef>
-#include <initializer_list>
 #include <string>
-#include <utility>
 #include <vector>
 
-class Transport;
+#include "qc_engines.h"  // expand_template
 
 // The lines of a fixed table, each followed by "\n".
 std::string lines_text(const char* const* lines, size_t count);
@@ -21,10 +20,6 @@ std::string table_text(const char* const (&lines)[N])
 {
     return lines_text(lines, N);
 }
-
-// `text` with every @NAME@ of `values` replaced by its value.
-using Fills = std::initializer_list<std::pair<const char*, std::string>>;
-std::string fill(std::string text, Fills values);
 
 // Writes `text` to `path` whole. When that fails: the error header with
 // `line` (source transport), "Failed to open output file <path>" on
