@@ -22,9 +22,12 @@ import sys
 import tempfile
 
 INP, PREPARE, DATA, GOLDEN = sys.argv[1:5]
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "readback"))
+from check_readback import ase_gaussian, pymatgen_qchem  # noqa: E402  the readers, as the read-back uses them
 IN_CI = os.environ.get("CI") == "true"
 JOB_EXTS = (".pbs", ".slurm", ".lsf", ".local")
 failures = []
+read_back = [0]
 
 
 def fail(msg):
@@ -122,12 +125,9 @@ def check_counts(workdir, out, neighbors, unique):
             fail("%s: summary unique pairs differ from the dimer inputs" % workdir)
 
 
-def atom_count_gaussian(ase_io, path):
-    return len(ase_io.read(path, format="gaussian-in"))
-
-
-def atom_count_qchem(qcinput, path):
-    return len(qcinput.from_file(path).molecule)
+def atom_count(reader, path):
+    read_back[0] += 1
+    return len(reader(path)[0])
 
 
 def check_inputs(workdir, neighbors, counter, ext):
@@ -158,7 +158,7 @@ def check_run(workdir, r, label, ase_io, plain):
     neighbors = read_neighbors(workdir)
     check_counts(workdir, r.stdout, neighbors, not plain)
     if plain and ase_io:
-        check_inputs(workdir, neighbors, lambda p: atom_count_gaussian(ase_io, p), "com")
+        check_inputs(workdir, neighbors, lambda p: atom_count(ase_gaussian, p), "com")
     return True
 
 
@@ -220,14 +220,12 @@ def check_golden(tmp, qcinput):
             fail("qchem plain: exit %d\n%s" % (r.returncode, r.stderr))
             return
         check_inputs(workdir, read_neighbors(workdir),
-                     lambda p: atom_count_qchem(qcinput, p), "inp")
+                     lambda p: atom_count(pymatgen_qchem, p), "inp")
 
 
 def main():
-    ase = need("ase.io")
-    ase_io = sys.modules.get("ase.io") if ase else None
-    pymatgen = need("pymatgen.io.qchem.inputs")
-    qcinput = sys.modules["pymatgen.io.qchem.inputs"].QCInput if pymatgen else None
+    ase_io = need("ase.io")
+    qcinput = need("pymatgen.io.qchem.inputs")
     tmp = tempfile.mkdtemp(prefix="veska_e2e_")
     try:
         for crystal in sorted(os.listdir(DATA)):
@@ -237,7 +235,7 @@ def main():
         check_golden(tmp, qcinput)
     finally:
         shutil.rmtree(tmp, ignore_errors=True)
-    print("%d failures" % len(failures))
+    print("%d inputs read back by independent readers, %d failures" % (read_back[0], len(failures)))
     return 1 if failures else 0
 
 
