@@ -1,0 +1,163 @@
+// The hop loop against its per-hop reference and against the physics of a
+// random walk, the snapshot rule and the track files.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "mc_hops.h"
+#include "test_support.h"
+#include "transport.h"
+
+namespace {
+
+struct Hop {
+    int mol, cx, cy, cz;
+    double rate;
+};
+
+// A workspace whose neighbour lists and rates are set by hand.
+void set_hops(Transport& t, const std::vector<std::vector<Hop>>& lists)
+{
+    int n = (int)lists.size();
+    t.nmols = t.neighbor_nmols = n;
+    t.nnei = new int[n];
+    t.nei_mol = new int*[n];
+    t.w0 = new double*[n];
+    for (int d = 0; d < 3; d++) t.nei_cell[d] = new int*[n];
+    for (int i = 0; i < n; i++) {
+        int c = t.nnei[i] = (int)lists[i].size();
+        t.nei_mol[i] = new int[c];
+        t.w0[i] = new double[c];
+        for (int d = 0; d < 3; d++) t.nei_cell[d][i] = new int[c];
+        for (int k = 0; k < c; k++) {
+            const Hop& h = lists[i][k];
+            t.nei_mol[i][k] = h.mol;
+            t.w0[i][k] = h.rate;
+            t.nei_cell[0][i][k] = h.cx, t.nei_cell[1][i][k] = h.cy, t.nei_cell[2][i][k] = h.cz;
+        }
+    }
+    t.neighbor_list_built = true;
+    for (int d = 0; d < 3; d++) t.latt3x3[d][d] = 5.0;
+}
+
+struct Walk {
+    std::vector<int> istep;
+    std::vector<double> t, x, r2;
+    explicit Walk(int nsnap) : istep(nsnap + 1, -1), t(nsnap + 1, -1), x(3 * nsnap + 3, -1), r2(nsnap + 1, -1) {}
+    SnapshotSlots slots() { return {(int)t.size() - 1, istep.data(), t.data(), x.data(), r2.data()}; }
+};
+
+Walk simulate(Transport& t, bool plain, double tsimu, double tsnap, int nsnap, unsigned seed)
+{
+    HopTable table;
+    table.build(t.nmols, t.nnei, t.w0, t.nei_mol, t.nei_cell);
+    table.plain = plain;
+    std::mt19937 engine(seed);
+    UniformSource uniform;
+    uniform.engine = &engine;
+    Walk run(nsnap);
+    run_one_simulation(table, t.latt3x3, tsimu, tsnap, run.slots(), uniform);
+    return run;
+}
+
+}  // namespace
+
+// The precomputed sums must choose exactly what the per-hop method chooses,
+// at and beside every cumulative value, and so give identical trajectories.
+TEST(MonteCarloHops, PrecomputedSumsMatchThePerHopMethod)
+{
+    std::mt19937 gen(11);
+    std::vector<std::vector<Hop>> lists(5);
+    for (auto& list : lists)
+        for (int k = 0, c = 1 + gen() % 30; k < c; k++)
+            list.push_back({(int)(gen() % 5), (int)(gen() % 3) - 1, (int)(gen() % 3) - 1, 0,
+                            gen() % 4 == 0 && k ? 0.0 : std::ldexp(1.0 + gen() % 1000, -(int)(gen() % 20))});
+    Transport t;
+    set_hops(t, lists);
+    HopTable table;
+    table.build(t.nmols, t.nnei, t.w0, t.nei_mol, t.nei_cell);
+    std::vector<double> p(30);
+    for (int m = 0; m < t.nmols; m++) {
+        std::vector<double> rs = {0.0, std::nextafter(1.0, 0.0)};
+        for (int k = 0; k < t.nnei[m]; k++) {
+            double c = table.cum[table.first[m] + k];
+            rs.insert(rs.end(), {c, std::nextafter(c, 0.0), std::nextafter(c, 2.0)});
+        }
+        for (double r : rs) {
+            double dt;
+            EXPECT_EQ(table.pick(m, r), choose_hop_plain(t.w0[m], t.nnei[m], p.data(), r, &dt)) << m << " " << r;
+            EXPECT_EQ(table.dt[m], dt);
+        }
+    }
+    Walk fast = simulate(t, false, 10.0, 0.05, 200, 3), plain = simulate(t, true, 10.0, 0.05, 200, 3);
+    EXPECT_EQ(fast.istep, plain.istep);
+    EXPECT_EQ(fast.t, plain.t);
+    EXPECT_EQ(fast.x, plain.x);
+    EXPECT_GT(fast.istep[150], 1000);
+}
+
+TEST(MonteCarloHops, SnapshotRuleAndDisplacements)
+{
+    // rates 1 and 3: dt = 0.25; r below 0.25 picks the first neighbour
+    Transport one;
+    set_hops(one, {{{0, 1, 0, 0, 1.0}, {0, 0, 1, 0, 3.0}}});
+    HopTable table;
+    table.build(1, one.nnei, one.w0, one.nei_mol, one.nei_cell);
+    EXPECT_EQ(table.dt[0], 0.25);
+    EXPECT_EQ(table.pick(0, 0.2499), 0);
+    EXPECT_EQ(table.pick(0, 0.25), 1);
+    // tsnap 1: time and hop count before the hop, then every three hops
+    Walk r = simulate(one, false, 2.2, 1.0, 4, 1);
+    EXPECT_EQ(r.istep, (std::vector<int>{2, 5, 8, 0, 0}));
+    EXPECT_EQ(r.t, (std::vector<double>{0.5, 1.25, 2.0, 0, 0}));
+    // forth and back through (1, 0, 0) and (-1, 0, 0): X alternates a and 0
+    Transport two;
+    set_hops(two, {{{1, 1, 0, 0, 4.0}}, {{0, -1, 0, 0, 4.0}}});
+    Walk x = simulate(two, false, 1.0, 0.25, 4, 1);
+    EXPECT_EQ(x.x, (std::vector<double>{5, 0, 0, 0, 0, 0, 5, 0, 0, 0, 0, 0, 5, 0, 0}));
+    EXPECT_EQ(x.r2, (std::vector<double>{25, 0, 25, 0, 25}));
+}
+
+// Rate k along +-a, +-b, +-c of a cubic cell: after h hops <r2> = a^2 h,
+// with variance 2 h (h - 1) a^4 / 3, and h = W t + 1 at a snapshot.
+TEST(MonteCarloHops, RandomWalkMeanSquareDisplacement)
+{
+    const double k = 2.0, W = 6 * k, a = 5.0;
+    const int nsimu = 2000, nsnap = 10;
+    Transport t;
+    set_hops(t, {{{0, 1, 0, 0, k}, {0, -1, 0, 0, k}, {0, 0, 1, 0, k}, {0, 0, -1, 0, k},
+                  {0, 0, 0, 1, k}, {0, 0, 0, -1, k}}});
+    std::vector<double> sum(nsnap);
+    Walk run(nsnap);
+    for (int s = 0; s < nsimu; s++) {
+        run = simulate(t, false, 10.0, 1.0, nsnap, 100 + s);
+        for (int i = 0; i < nsnap; i++) sum[i] += run.r2[i];
+    }
+    for (int i = 0; i < nsnap; i++) {
+        double h = W * run.t[i] + 1, sigma = a * a * std::sqrt(2 * h * (h - 1) / 3 / nsimu);
+        EXPECT_NEAR(h, run.istep[i] + 1, 1e-9);
+        EXPECT_NEAR(sum[i] / nsimu, a * a * h, 4 * sigma) << "snapshot " << i;
+    }
+}
+
+TEST(MonteCarloTracks, FileNamesAndRows)
+{
+    ScratchDir dir;
+    Transport t;
+    t.nsnap = 2;
+    double time[3] = {0.5, 1.25, 9}, x[9] = {5, 0, -5, 0, 0, 0, 7, 7, 7}, r2[3] = {50, 0, 1};
+    int istep[3] = {2, 5, 9};
+    for (int number : {1, 9999, 10000}) t.output_track("tr", number, time, x, r2, istep);
+    t.output_track_ave("tr", time, x, r2, istep);
+    const char* row = "  0.000000e+00   0.000000e+00   0.000000e+00   0.000000e+00   0.000000e+00  0\n";
+    std::string text = std::string("#      t,ns         x,angs         y,angs         z,angs         r2,A^2     istep\n") +
+                       row +
+                       "  5.000000e-01   5.000000e+00   0.000000e+00  -5.000000e+00   5.000000e+01  2\n"
+                       "  1.250000e+00   0.000000e+00   0.000000e+00   0.000000e+00   0.000000e+00  5\n";
+    for (const char* name : {"tr/track_0001.dat", "tr/track_9999.dat", "tr/track_10000.dat", "tr/track_total.dat"})
+        EXPECT_EQ(read_text_file(name), text) << name;
+    EXPECT_EXIT((dup2(2, 1), t.output_track("tr/none/deeper", 3, time, x, r2, istep)),
+                testing::ExitedWithCode(255), "line 3213 : \nFailed to open output file tr/none/deeper/track_0003.dat");
+}
