@@ -65,7 +65,8 @@ Walk simulate(Transport& t, bool plain, double tsimu, double tsnap, int nsnap, u
 }  // namespace
 
 // The precomputed sums must choose exactly what the per-hop method chooses,
-// at and beside every cumulative value, and so give identical trajectories.
+// at and beside every cumulative value and bucket edge of the guide, and so
+// give identical trajectories.
 TEST(MonteCarloHops, PrecomputedSumsMatchThePerHopMethod)
 {
     std::mt19937 gen(11);
@@ -80,15 +81,19 @@ TEST(MonteCarloHops, PrecomputedSumsMatchThePerHopMethod)
     table.build(t.nmols, t.nnei, t.w0, t.nei_mol, t.nei_cell);
     std::vector<double> p(30);
     for (int m = 0; m < t.nmols; m++) {
-        std::vector<double> rs = {0.0, std::nextafter(1.0, 0.0)};
+        std::vector<double> rs;
+        for (int g = 0; g <= table.guide_size; g++) {  // the guide's bucket edges
+            double edge = g / table.guide_scale;
+            rs.insert(rs.end(), {edge, std::nextafter(edge, 0.0)});
+        }
         for (int k = 0; k < t.nnei[m]; k++) {
-            double c = table.cum[table.first[m] + k];
+            double c = table.cum[table.sites[m].cum_first + k];
             rs.insert(rs.end(), {c, std::nextafter(c, 0.0), std::nextafter(c, 2.0)});
         }
         for (double r : rs) {
             double dt;
             EXPECT_EQ(table.pick(m, r), choose_hop_plain(t.w0[m], t.nnei[m], p.data(), r, &dt)) << m << " " << r;
-            EXPECT_EQ(table.dt[m], dt);
+            EXPECT_EQ(table.sites[m].dt, dt);
         }
     }
     Walk fast = simulate(t, false, 10.0, 0.05, 200, 3), plain = simulate(t, true, 10.0, 0.05, 200, 3);
@@ -105,7 +110,7 @@ TEST(MonteCarloHops, SnapshotRuleAndDisplacements)
     set_hops(one, {{{0, 1, 0, 0, 1.0}, {0, 0, 1, 0, 3.0}}});
     HopTable table;
     table.build(1, one.nnei, one.w0, one.nei_mol, one.nei_cell);
-    EXPECT_EQ(table.dt[0], 0.25);
+    EXPECT_EQ(table.sites[0].dt, 0.25);
     EXPECT_EQ(table.pick(0, 0.2499), 0);
     EXPECT_EQ(table.pick(0, 0.25), 1);
     // tsnap 1: time and hop count before the hop, then every three hops

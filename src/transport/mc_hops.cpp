@@ -2,33 +2,55 @@
 
 #include <algorithm>
 #include <climits>
+#include <cmath>
 
 void HopTable::build(int nmols, const int* nnei, double* const* w0, int* const* nei_mol,
                      int** const* nei_cell)
 {
-    int nkey = 0;
-    for (int i = 0; i < nmols; i++) nkey += nnei[i];
-    first.assign(nmols, 0);
-    count.assign(nnei, nnei + nmols);
-    dt.assign(nmols, 0.0);
+    sites.assign(nmols, Site());
+    hops.clear();
+    cum.clear();
     rates.assign(w0, w0 + nmols);
-    cum.assign(nkey, 0.0);
-    next.assign(nkey, 0);
-    shift.assign(3 * (size_t)nkey, 0.0);
-    p.assign(nkey, 0.0);
-    for (int i = 0, key = 0; i < nmols; i++) {
-        first[i] = key;
+    int most = 1;
+    for (int i = 0; i < nmols; i++) most = std::max(most, nnei[i]);
+    for (guide_size = 1; guide_size < most;) guide_size *= 2;
+    guide_scale = guide_size;
+    guide.clear();
+    for (int i = 0; i < nmols; i++) {
+        Site& s = sites[i];
+        s.first = (int)hops.size();
+        s.cum_first = (int)cum.size();
+        s.count = nnei[i];
         double w = 0.0;
         for (int k = 0; k < nnei[i]; k++) w += w0[i][k];
         double sum = 0.0;
-        for (int k = 0; k < nnei[i]; k++, key++) {
+        for (int k = 0; k < nnei[i]; k++) {
             sum += w0[i][k] / w;
-            cum[key] = sum;
-            next[key] = nei_mol[i][k];
-            for (int d = 0; d < 3; d++) shift[3 * (size_t)key + d] = nei_cell[d][i][k];
+            cum.push_back(sum);
+            hops.push_back({nei_mol[i][k],
+                            {(double)nei_cell[0][i][k], (double)nei_cell[1][i][k],
+                             (double)nei_cell[2][i][k]}});
         }
-        dt[i] = 1.0 / w;
+        cum.push_back(HUGE_VAL);
+        s.dt = 1.0 / w;
+        const double* c = &cum[s.cum_first];
+        for (int g = 0, k = 0; g <= guide_size; g++) {
+            while (k < s.count && c[k] <= g / guide_scale) k++;
+            Guide e{s.first + k, s.count - k, s.first, {HUGE_VAL, HUGE_VAL, HUGE_VAL}};
+            for (int j = 0; j < 3 && k + j < s.count; j++) e.sum[j] = c[k + j];
+            guide.push_back(e);
+        }
     }
+    p.assign(hops.size(), 0.0);
+}
+
+int HopTable::walk_on(int m, int key, double r) const
+{
+    const Site& s = sites[m];
+    const double* c = &cum[s.cum_first];
+    int k = key - s.first + 3;
+    while (c[k] <= r) k++;
+    return k - (key - s.first);
 }
 
 int choose_hop_plain(const double* w, int c, double* p, double r, double* dt)
@@ -66,19 +88,18 @@ long long run_one_simulation(HopTable& table, double latt[3][3], double tsimu, d
         double r = uniform.next();
         double dt;
         int key;
+        const HopTable::Site& site = table.sites[m];
         if (table.plain) {
-            key = table.first[m] +
-                  choose_hop_plain(table.rates[m], table.count[m], &table.p[table.first[m]], r, &dt);
+            key = site.first + choose_hop_plain(table.rates[m], site.count, &table.p[site.first], r, &dt);
         } else {
-            key = table.first[m] + table.pick(m, r);
-            dt = table.dt[m];
+            key = table.pick_key(m, r);
+            dt = site.dt;
         }
-        const double* s = &table.shift[3 * (size_t)key];
-        n[0] += s[0];
-        n[1] += s[1];
-        n[2] += s[2];
+        const HopTable::Hop& hop = table.hops[key];
+        n[0] += hop.shift[0];
+        n[1] += hop.shift[1];
+        n[2] += hop.shift[2];
         tsince += dt;
-        int next = table.next[key];
         if (dt >= tsnap - tsince && isnap <= nsnap) {
             double* x = &slots.x[3 * isnap];
             mat_vec_mul(latt, n, x);
@@ -91,7 +112,7 @@ long long run_one_simulation(HopTable& table, double latt[3][3], double tsimu, d
         if (t > tsimu) break;
         istep++;
         t += dt;
-        m = next;
+        m = hop.next;
     }
     return istep + 1;
 }
