@@ -8,8 +8,8 @@
 #include <cstring>
 #include <map>
 
+#include "neighbor_internal.h"
 #include "test_support.h"
-#include "veska_inp.h"
 
 // Just enough JSON for reference.json: objects, arrays, numbers and strings
 // without escapes (the file has none).
@@ -104,8 +104,8 @@ static void read_crystal(VeskaInp& v, const std::string& file)
 }
 
 // A molecule of the reference matches one not matched before with the same
-// atoms, formula, mass and centre (modulo whole cells).
-static bool take_matching(VeskaInp& v, const Json& mol, std::vector<bool>& used)
+// atoms, formula, mass and centre (modulo whole cells); its index, or -1.
+static int take_matching(VeskaInp& v, const Json& mol, std::vector<bool>& used)
 {
     for (int m = 0; m < v.nmols; ++m) {
         double c[3], mass = centre_of(v, m, c);
@@ -116,9 +116,9 @@ static bool take_matching(VeskaInp& v, const Json& mol, std::vector<bool>& used)
             double d = c[k] - mol["com_frac"].items[k].number;
             same = fabs(d - std::round(d)) < 2e-4;
         }
-        if (same) return used[m] = true;
+        if (same) return used[m] = true, m;
     }
-    return false;
+    return -1;
 }
 
 TEST(CrystalReference, EveryCifEntryReproducesItsCellAndMolecules)
@@ -141,9 +141,11 @@ TEST(CrystalReference, EveryCifEntryReproducesItsCellAndMolecules)
         ASSERT_EQ(v.nmols, (int)(*ref)["molecules_count"].number);
         std::vector<bool> used(v.nmols, false);
         for (const Json& mol : (*ref)["molecules"].items)
-            EXPECT_TRUE(take_matching(v, mol, used)) << "no molecule " << mol["formula"].text;
-        for (int m = 0; m < v.nmols; ++m)
-            EXPECT_EQ(std::to_string(v.mol_id[m]) + v.mol_files[m], std::to_string(m + 1) + "mol" + std::to_string(m + 1) + ".mol");
+            EXPECT_GE(take_matching(v, mol, used), 0) << "no molecule " << mol["formula"].text;
+        for (int m = 0; m < v.nmols; ++m) {
+            EXPECT_EQ(v.mol_id[m], m + 1);
+            EXPECT_EQ(v.mol_files[m], "mol" + std::to_string(m + 1) + ".mol");
+        }
     }
 }
 
@@ -202,4 +204,69 @@ TEST(CrystalReference, OtherCrystalsGiveTheirPublishedMolecules)
     EXPECT_EQ(v.cif_atoms.label.size(), 17u);  // C8H7S2, half a molecule
     EXPECT_EQ(v.natoms_cif, 0);
     EXPECT_NEAR(v.cell_latt[1], 6.35286, 1e-9);
+}
+
+// The list as rows (i, neighbour, cell x, y, z), in pair key order.
+static std::vector<int> neighbor_rows(Transport& t)
+{
+    std::vector<int> v;
+    for (int i = 0; i < t.nmols; ++i)
+        for (int k = 0; k < t.nnei[i]; ++k)
+            v.insert(v.end(), {i, t.nei_mol[i][k], t.nei_cell[0][i][k], t.nei_cell[1][i][k],
+                               t.nei_cell[2][i][k]});
+    return v;
+}
+
+// The plain all-atom-pairs scan is the reference for the list itself.
+TEST(CrystalReference, EveryCifEntryReproducesItsNeighbours)
+{
+    std::vector<const Json*> crystals = entries_with("neighbors");
+    EXPECT_GE(crystals.size(), 7u);
+    for (const Json* ref : crystals) {
+        SCOPED_TRACE((*ref)["file"].text);
+        const Json& nb = (*ref)["neighbors"];
+        Transport t;
+        read_crystal(t, (*ref)["file"].text.c_str());
+        t.lat_cutoff = nb["lat_cutoff"].number;
+        for (int d = 0; d < 3; ++d) t.nei_scell[d] = (int)nb["nei_scell"].number;
+        t.post_data_read_treatment();
+        build_neighbor_list_scan(t, false, false);
+        std::vector<int> plain = neighbor_rows(t);
+        t.build_neighbor_list(false);
+        EXPECT_EQ(neighbor_rows(t), plain);
+        std::vector<bool> used(t.nmols, false);
+        for (size_t r = 0; r < nb["per_molecule"].items.size(); ++r) {
+            const int m = take_matching(t, (*ref)["molecules"].items[r], used);
+            const std::vector<Json>& want = nb["per_molecule"].items[r]["com_distances"].items;
+            ASSERT_GE(m, 0);
+            ASSERT_EQ(t.nnei[m], (int)want.size()) << "molecule " << m + 1;
+            for (int k = 0, cell[3]; k < t.nnei[m]; ++k) {
+                neighbor_cell(t, m, k, cell);
+                EXPECT_NEAR(sqrt(t.calc_neighbor_com_rsq(m, t.nei_mol[m][k], cell)),
+                            want[k].number, 6e-5) << "molecule " << m + 1 << " neighbour " << k + 1;
+            }
+        }
+    }
+}
+
+// A dimer and its reverse hold the same atoms, so the later key always maps
+// to the earlier one's representative; at most half the pairs stay unique.
+TEST(CrystalReference, CentrosymmetricCrystalMergesEveryPairWithItsReverse)
+{
+    Transport t;
+    read_crystal(t, "pentacene_pencen01.cif");
+    t.post_data_read_treatment();
+    t.build_neighbor_list(false);
+    t.unique_2mol_calc_flag = false;  // no table, no print
+    t.calc_HL_2mol_eigval_eigvec_and_unique_pairs();
+    std::vector<int> rows = neighbor_rows(t);
+    ASSERT_EQ(t.nkey, 24);
+    for (int key = 0, rev; key < t.nkey; ++key) {
+        const int* r = &rows[5 * key];
+        const int back[5] = {r[1], r[0], -r[2], -r[3], -r[4]};
+        for (rev = 0; rev < t.nkey && !std::equal(back, back + 5, &rows[5 * rev]);) ++rev;
+        ASSERT_LT(rev, t.nkey) << key;
+        EXPECT_EQ(t.unique_pair_map[std::max(key, rev)], t.unique_pair_map[std::min(key, rev)]);
+    }
+    EXPECT_LE(2 * t.unique_pair_count, t.nkey);
 }

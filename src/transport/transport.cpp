@@ -118,7 +118,9 @@ void Transport::calc_x_com()
     for (int i = 0; i < nmols; i++) {
         double mass = 0.0, sum[3] = {0.0, 0.0, 0.0};
         for (int a = 0; a < natoms_mol[i]; a++) {
-            double m = find_element_mass_from_index(atypes_mol[i][a]);
+            // An unknown element (-1) weighs nothing, like the table's dummy record.
+            const int type = atypes_mol[i][a];
+            double m = type >= 0 ? find_element_mass_from_index(type) : 0.0;
             mass += m;
             for (int d = 0; d < 3; d++) sum[d] += m * x_s_mol[i][3 * a + d];
         }
