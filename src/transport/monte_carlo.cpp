@@ -46,10 +46,10 @@ void require_every_molecule_left(const Transport& t)
 int snapshot_count(double tsimu, double tsnap)
 {
     double n = tsimu / tsnap + 0.5;
-    if (!(tsnap > 0.0) || !(tsimu >= 0.0) || !(n < 1e8))
+    if (!(tsnap > 0.0) || !(tsimu >= 0.0) || !(n < 1e7))
         veska_fatal("transport", 3194, -1, stdout,
                     "tsimu = %g ns and tsnap = %g ns: the snapshot interval must be positive and "
-                    "at most 1e8 snapshots are kept\n",
+                    "at most 10000000 snapshots are kept\n",
                     tsimu, tsnap);
     return (int)n;
 }
