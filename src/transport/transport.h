@@ -56,6 +56,7 @@ public:
     int* unique_pair_map = nullptr;    // [nkey] zero-based key of each key's representative
     int unique_pair_count = 0;
     int* unique_pair_list = nullptr;   // one-based unique pair keys, ascending
+    int neighbor_nmols = 0;            // molecule count the per-molecule arrays above were built for
 
     Transport();
     ~Transport();
@@ -76,6 +77,12 @@ public:
     void get_workdir(std::string& dir);
     void post_data_read_treatment();
     void calc_x_com();
+    void fill_homo_index();  // half the electron count per molecule, into homo_index
+    // Release one group of the workspace's arrays (each may be rebuilt later).
+    void free_neighbor_arrays();
+    void free_pair_arrays();
+    void free_mol_id_indexes();
+    void free_mc_arrays();
 
     // ---- pair keys (neighbor_keys.cpp) -----------------------------------
     void neighbor_map_key_2d_to_1d(int i, int j, int* key);
