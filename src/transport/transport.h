@@ -136,6 +136,9 @@ public:
     int* calc_homo();
     void write_H_L_inp();
     void find_HL_mol_neighbor_index_unique();
+    // The family of compute_engine: unit-cell, neighbour and dimer jobs, each
+    // set plain or unique by its unique flag. Stops on an unknown engine.
+    void write_HL_inputs_and_jobs();
 
     // ---- reorganisation-energy jobs (re_jobs.cpp) --------------------------
     void write_RE_gaussian_mol_gjf_and_job();
@@ -149,6 +152,9 @@ public:
     void format_RE_gaussian_job_string(std::string& out, int imol, const char* state);
     void format_RE_orca_job_string(std::string& out, int imol, const char* state);
     void format_RE_qchem_job_string(std::string& out, int imol, const char* state);
+    // The family of compute_engine, unique by the unique-RE flag; Gaussian
+    // combines a molecule's three states in one job. Stops on an unknown engine.
+    void write_RE_inputs_and_jobs();
 
     // ---- generated helper scripts (helper_scripts.cpp) ---------------------
     void write_gaussian_log_check_py_file();
