@@ -18,7 +18,7 @@ done
 
 cmake -S "$src/tests/find_package" -B "$tmp/consumer" -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
 cmake --build "$tmp/consumer" >/dev/null
-out=$("$tmp/consumer/consumer" "$crystal")
+out=$("$tmp/consumer/consumer" "$crystal" | tail -n 1)
 echo "consumer: $out"
 [[ $out =~ ^molecules\ [1-9][0-9]*\ pairs\ [1-9][0-9]*$ ]] || { echo "unexpected consumer output"; exit 1; }
 
