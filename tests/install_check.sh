@@ -2,9 +2,10 @@
 # Installs the build into a scratch prefix, then uses it as a user would:
 # another CMake project finds and links the library, and the launcher that
 # veska_transport_inp writes runs the installed driver on a real crystal.
-# Usage: install_check.sh <build dir> <source dir> <crystal>
+# Usage: install_check.sh <build dir> <source dir> <crystal> [<linker flags>]
+# (the build's own linker flags, e.g. --coverage, are the consumer's too)
 set -euo pipefail
-build=$1 src=$2 crystal=$3
+build=$1 src=$2 crystal=$3 ldflags=${4:-}
 tmp=$(mktemp -d)
 trap 'rm -rf "$tmp"' EXIT
 prefix=$tmp/prefix
@@ -16,7 +17,8 @@ for f in veska_transport_inp veska_transport_prepare hopmc.exe hopmc_OMP.exe hop
 done
 [ -f "$prefix/include/veska_transport/transport.h" ] || { echo "headers not installed"; exit 1; }
 
-cmake -S "$src/tests/find_package" -B "$tmp/consumer" -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
+cmake -S "$src/tests/find_package" -B "$tmp/consumer" -DCMAKE_PREFIX_PATH="$prefix" \
+    -DCMAKE_EXE_LINKER_FLAGS="$ldflags" >/dev/null
 cmake --build "$tmp/consumer" >/dev/null
 out=$("$tmp/consumer/consumer" "$crystal" | tail -n 1)
 echo "consumer: $out"

@@ -4,11 +4,6 @@
 add_executable(veska_readback_generate ${CMAKE_CURRENT_SOURCE_DIR}/readback/generate_readback.cpp)
 target_link_libraries(veska_readback_generate PRIVATE veska_transport)
 
-# The distribution's python sees the distribution's chemistry packages; one
-# first on PATH (a virtual environment) may not.
-find_program(VESKA_SYSTEM_PYTHON3 python3 PATHS /usr/bin NO_DEFAULT_PATH)
-find_program(VESKA_SYSTEM_PYTHON3 python3)
-
 # Unwrapped and compared with gemmi's expansion: inversion centres on cell
 # corners, a C-centred cell with Z = 8, two half molecules, coordinates
 # above 1 in the file, a molecule on a 2/m site.
