@@ -1,11 +1,66 @@
-// Jobscript model and the Gaussian transfer-integral job in every dialect,
-// plain and array, against data/golden/gaussian_hl.<dialect>.
+// Job scripts: the Gaussian transfer-integral job in every dialect, plain and
+// array, and ORCA's, against data/golden; one distinctive piece of every
+// other kind; names, announcements and failures.
 
-#include <map>
+#include "job_scripts.h"
+#include "test_support.h"
 
-#include "test_job_scripts_support.h"
+// Every kind once, arrays with an index list and with a null list and a count.
+// Scripts are named after kind and variant v.
+static void write_every_kind(Jobscript& js, const std::string& v)
+{
+    int ids[] = {2, 4, 7};
+    const char* body = "echo body line 1\necho body line 2\n";
+    js.write_gaussian_HL_job(("gau-HL-" + v).c_str(), 2, 8, "uc_mol-1", "uc1", "RUN/running.uc_mol-1");
+    js.write_orca_HL_job(("orca-HL-" + v).c_str(), 2, 8, "uc_mol-1", "uc1", "RUN/running.uc_mol-1");
+    js.write_qchem_HL_job(("qchem-HL-" + v).c_str(), 2, 8, "uc_mol-1", "uc1", "RUN/running.uc_mol-1");
+    for (int* list : {ids, static_cast<int*>(nullptr)}) {
+        std::string a = v + (list ? "-list" : "-count");
+        js.write_gaussian_HL_job_array(("gau-HLa-" + a).c_str(), 1, 8, "nei_mol-1", "nei1", "RUN/r", 3, list);
+        js.write_orca_HL_job_array(("orca-HLa-" + a).c_str(), 1, 8, "nei_mol-1", "nei1", "RUN/r", 3, list);
+        js.write_qchem_HL_job_array(("qchem-HLa-" + a).c_str(), 1, 8, "nei_mol-1", "nei1", "RUN/r", 3, list);
+        js.write_calc_transint_job_array(("transint-a-" + a).c_str(), 1, 8, "transint", "RUN/r", 3, list,
+                                         "hlgather.exe", "data");
+    }
+    js.write_gaussian_RE_job(("gau-RE-" + v).c_str(), 1, 8, body, "mol1", "RUN/re1");
+    js.write_orca_RE_job(("orca-RE-" + v).c_str(), 1, 8, "mol1", "RE-mol1", "RUN/re1", body);
+    js.write_qchem_RE_job(("qchem-RE-" + v).c_str(), 1, 8, "mol1", "RE-mol1", "RUN/re1", body);
+    js.write_MC_job(("mc-" + v).c_str(), 1, 8, body, "elec", "RUN/mc");
+    js.write_ME_job(("me-" + v).c_str(), 1, 8, body, "elec", "RUN/me");
+    js.write_calc_mob_job(("mob-" + v).c_str(), 1, 8, "mob", "RUN/mob", "hopmob_OMP.exe");
+    js.write_calc_getRE_job(("getRE-" + v).c_str(), 1, 8, "getre", "RUN/g", body);
+    js.write_calc_getHL_job(("getHL-" + v).c_str(), 1, 8, "get_site_ener", "RUN/g", body, "data");
+    js.write_calc_transint_job(("transint-" + v).c_str(), 1, 8, "transint_mol1", "RUN/t", body, "data");
+}
 
-TEST_F(JobScriptDir, GaussianJobInEveryDialectPlainAndArray)
+// Every kind in every dialect, bare (no modules, no node list) and full; the
+// workflow test lints what this writes.
+void write_every_kind_in_every_dialect(Jobscript& js)
+{
+    js.qc_exe = "qchem";
+    for (int code = 0; code < 4; ++code) {
+        js.job_sched_type = code;
+        js.module_gau_flag = js.module_mpich2_gnu_flag = false;
+        js.nodelist.clear();
+        write_every_kind(js, "bare");
+        js.module_gau_flag = js.module_mpich2_gnu_flag = true;
+        js.nodelist = "node01";
+        js.orca_args = "--use-hwthread-cpus";
+        write_every_kind(js, "full");
+    }
+}
+
+class JobScriptDir : public ScratchDirTest {
+protected:
+    void SetUp() override
+    {
+        ScratchDirTest::SetUp();
+        js.work_dir = "/home/u/run";
+    }
+    Jobscript js;
+};
+
+TEST_F(JobScriptDir, GoldenJobsInEveryDialectPlainAndArray)
 {
     // count -1 writes the plain job; an empty index list goes in as null.
     // The local dialect repeats the body per index; count 0 leaves it empty.
@@ -20,7 +75,7 @@ TEST_F(JobScriptDir, GaussianJobInEveryDialectPlainAndArray)
                  {3, true, "ignored", -1, {}},     {3, false, "", 2, {4, 2}},      {3, false, "", 0, {4, 2}},
                  {3, false, "", 2, {}}};
     js.queue_name = "short";
-    std::map<int, std::string> written;
+    std::string written[4];
     for (const auto& c : cases) {
         js.job_sched_type = c.dialect;
         js.module_gau_flag = c.module;
@@ -33,29 +88,65 @@ TEST_F(JobScriptDir, GaussianJobInEveryDialectPlainAndArray)
         }
         written[c.dialect] += read_text_file("jobs/HL." + js.script_ext[c.dialect]);
     }
-    for (const auto& [dialect, text] : written)
-        EXPECT_EQ(text, golden("gaussian_hl." + js.script_ext[dialect])) << js.script_ext[dialect];
+    for (int d = 0; d < 4; d++) EXPECT_EQ(written[d], golden("gaussian_hl." + js.script_ext[d])) << d;
+    Jobscript o;
+    o.work_dir = "/home/u/run", o.module_gau_flag = true;
+    o.module_qc = "orca/4.2", o.qc_exe = "/opt/orca/orca", o.orca_args = "--bind", o.scratch = "/scratch";
+    o.write_orca_HL_job("HL-o", 1, 8, "2mol-5", "d5", "RUN/running.2mol-5");
+    EXPECT_EQ(read_text_file("jobs/HL-o.pbs"), golden("orca_hl.pbs"));
 }
 
-TEST(Jobscript, SchedulerNamesAndFileNames)
+// One distinctive piece of each kind: bodies, modules, scratch names, LSF
+// job names and script places (HL and RE jobs under jobs/, the rest here).
+TEST_F(JobScriptDir, KindsDifferWhereDocumented)
 {
-    Jobscript js;
-    const std::pair<const char*, int> cases[] = {{"Slurm", 1}, {"lsf", 2}, {"LOCAL", 3}, {"torque", 0}, {"", 0}};
-    for (const auto& [name, code] : cases) {
+    write_every_kind_in_every_dialect(js);
+    const std::string body = "echo \"Starting job run at `date`\"\n\necho body line 1\necho body line 2\n\nrm -f /home/u/run/RUN/";
+    const std::pair<const char*, std::string> expect[] = {
+        {"jobs/qchem-HL-full.local", "    qchem -nt 8 uc_mol-1.inp > uc_mol-1.out\n\nfi\n"},
+        {"jobs/orca-HL-full.slurm", "SCRDIR=/tmp/veska-HL-$SLURM_JOB_ID\n"},
+        {"jobs/orca-HL-full.lsf", "SCRDIR=/tmp/veska-HL-$LSB_JOBID\n"},
+        {"jobs/orca-HL-full.local", "SCRDIR=/tmp/veska-HL-uc_mol-1-$RANDOM\n    if [ ! -a $SCRDIR ]"},
+        {"jobs/orca-HL-full.local", "        mv $SCRDIR/uc_mol-1.out $DataDir\n        mv $SCRDIR/uc_mol-1.mkl $DataDir\n"},
+        {"jobs/orca-HLa-full-count.pbs", "    SCRDIR=/tmp/veska-HL-$PBS_JOBID-${PBS_ARRAYID}\n"},
+        {"jobs/orca-HLa-full-count.pbs", "    cp $DataDir/nei_mol-1-${PBS_ARRAYID}.inp $SCRDIR\n"},
+        {"jobs/gau-RE-full.slurm", body + "re1\n\nCurrDir=`pwd`\n"},
+        {"jobs/orca-RE-bare.pbs", "DataDir=/home/u/run/RE\nSCRDIR=/tmp/veska-RE-mol1-$PBS_JOBID\n\n"},
+        {"jobs/qchem-RE-full.local", "SCRDIR=/tmp/veska-RE-mol1-$RANDOM\n\n" + body + "re1\n\necho \"Ending"},
+        {"mc-full.pbs", "cd ${PBS_O_WORKDIR}\n\nmodule load mpich2/1.5-gnu-5.4.0\n\n" + body + "mc\n"},
+        {"mc-bare.slurm", "#SBATCH -p workq\n#SBATCH --output=stdout-elec\n\n"},
+        {"mc-full.local", "`date`\"\n\nhopmc_OMP.exe\n\nrm -f /home/u/run/RUN/mc\n"},  // its fixed command, no body
+        {"mob-full.lsf", "\n\nhopmob_OMP.exe\n\nrm -f /home/u/run/RUN/mob\n"},
+        {"transint-full.pbs", "\ncd /home/u/run\ncd data\necho \"Working directory is `pwd`\"\n"},
+        {"getHL-full.pbs", "\ncd ${PBS_O_WORKDIR}\ncd data\n"},
+        {"transint-a-full-count.pbs", "hlgather.exe -batch mol${PBS_ARRAYID}_trans_int_files.dat -prefix V -postfix "
+                                      "${PBS_ARRAYID}\n\nrm -f /home/u/run/RUN/r-${PBS_ARRAYID}\n"},
+        {"transint-a-full-count.local", "cd data\nhlgather.exe -batch mol1_trans_int_files.dat"},
+        {"jobs/qchem-RE-full.lsf", "#BSUB -J RE-RE-mol1\n"},
+        {"me-full.lsf", "#BSUB -J ME-elec\n"},
+        {"mob-full.lsf", "#BSUB -J mc-mob-mob\n"},
+        {"getHL-full.lsf", "#BSUB -J get_site_ener\n#BSUB -oo data/stdout-get_site_ener\n"},
+        {"getRE-full.lsf", "#BSUB -J getRE-getre\n"},
+        {"transint-full.lsf", "#BSUB -J Transint-transint_mol1\n"},
+        {"transint-a-full-list.lsf", "#BSUB -J transint[2,4,7]\n"}};
+    for (const auto& [file, piece] : expect) EXPECT_NE(read_text_file(file).find(piece), std::string::npos) << file << ": " << piece;
+    EXPECT_EQ(read_text_file("mc-full.pbs").find("module load gaussian"), std::string::npos);  // the qc module is for qc kinds
+}
+
+TEST_F(JobScriptDir, NamesAnnouncementsAndFailures)
+{
+    const std::pair<const char*, int> names[] = {{"Slurm", 1}, {"lsf", 2}, {"LOCAL", 3}, {"torque", 0}, {"", 0}};
+    for (const auto& [name, code] : names) {
         js.job_sched_type = 2;
         js.sched_type = name;
         js.parse_scheduling_type();
         EXPECT_EQ(js.get_job_sched_type(), code) << name;
         EXPECT_STREQ(js.get_job_script_ext(), js.script_ext[code].c_str());
     }
-    EXPECT_EQ(js.getFileName("/x/jobs/a.pbs"), "a.pbs");
-    EXPECT_EQ(js.getFileName("a.pbs"), "");
-}
-
-TEST_F(JobScriptDir, DialectWritersAnnounceThemselvesWhenVerbose)
-{
+    EXPECT_EQ(js.getFileName("/x/jobs/a.pbs") + "|" + js.getFileName("a.pbs"), "a.pbs|");
+    // The dialect comes from the writer, the extension from the configured scheduler.
     js.verbose = 1;
-    std::filesystem::create_directory("jobs");
+    fs::create_directory("jobs");
     using Writer = void (Jobscript::*)(const char*, int, int, const char*, const char*, const char*);
     const std::pair<Writer, std::string> writers[] = {
         {&Jobscript::write_gaussian_HL_job_pbs, "PBS"}, {&Jobscript::write_gaussian_HL_job_slurm, "SLURM"},
@@ -65,12 +156,8 @@ TEST_F(JobScriptDir, DialectWritersAnnounceThemselvesWhenVerbose)
         (js.*writer)("HL-1", 1, 8, "in", "t", "RUN/m");
         EXPECT_EQ(testing::internal::GetCapturedStdout(), "Writing gaussian job " + label + " script jobs/HL-1.pbs ...\n");
     }
-    // The dialect comes from the writer, the extension from the configured scheduler.
     EXPECT_EQ(read_text_file("jobs/HL-1.pbs").substr(0, 10), "#!/bin/sh\n");
-}
 
-TEST_F(JobScriptDir, UnknownSchedulerAndUnwritableScriptAreFatal)
-{
     js.job_sched_type = 4;
     EXPECT_EXIT((dup2(2, 1), js.write_gaussian_HL_job("HL-1", 1, 8, "in", "t", "RUN/m")), testing::ExitedWithCode(255),
                 "^\nERROR  transport : job_scripts : line 510 : \nUnknown job scheduling type!\n$");
@@ -82,7 +169,7 @@ TEST_F(JobScriptDir, UnknownSchedulerAndUnwritableScriptAreFatal)
         js.job_sched_type = code;
         EXPECT_EXIT((dup2(2, 1), js.write_gaussian_HL_job("HL-1", 1, 8, "in", "t", "RUN/m")),
                     testing::ExitedWithCode(255),
-                    "^\nERROR  transport : job_scripts : line " + std::to_string(number) +
-                        " : \nFailed to open output file blocked/HL-1." + js.script_ext[code] + "\n$");
+                    "line " + std::to_string(number) + " : \nFailed to open output file blocked/HL-1." +
+                        js.script_ext[code] + "\n$");
     }
 }

@@ -1,13 +1,15 @@
-// Neighbour list, its files, and the unique molecules and pairs, on small
-// hand-made cells whose distances are exact in binary.
+// Neighbour list, its files, and the unique molecules and pairs: on small
+// hand-made cells whose distances are exact in binary, and on real crystals
+// against the plain all-atom-pairs scan.
 
-#include <gtest/gtest.h>
+#include <map>
 
 #include "neighbor_internal.h"
 #include "structure_common.h"
 #include "test_support.h"
 
 using Mol = std::pair<std::vector<int>, std::vector<double>>;  // types, Cartesian Å
+using Rows = std::vector<std::vector<int>>;
 
 // A cubic cell of the given edge (the matrix set exactly, so that whole
 // numbers of ångström stay exact), with its molecules and their centres.
@@ -37,14 +39,12 @@ static void set_cell(Transport& t, double edge, const std::vector<Mol>& mols)
 // B (C, O) at 2 Å, but B's centre lies farther; D (H) is exactly 4 Å from A.
 static void four_molecules(Transport& t, double rcut)
 {
-    set_cell(t, 16, {{{6}, {1, 8, 8}}, {{6, 8}, {3, 8, 8, 11, 8, 8}}, {{6}, {15, 8, 11}},
-                     {{1}, {1, 12, 8}}});
+    set_cell(t, 16, {{{6}, {1, 8, 8}}, {{6, 8}, {3, 8, 8, 11, 8, 8}}, {{6}, {15, 8, 11}}, {{1}, {1, 12, 8}}});
     t.lat_cutoff = rcut;
     t.nei_scell[0] = t.nei_scell[1] = t.nei_scell[2] = 1;
 }
 
-using Rows = std::vector<std::vector<int>>;
-
+// Molecule i's neighbours as rows (molecule, cell x, y, z).
 static Rows neighbor_rows(Transport& t, int i)
 {
     Rows rows;
@@ -69,21 +69,11 @@ TEST(NeighborList, CutOffIsStrictAndOrderFollowsTheCentres)
         EXPECT_EQ(neighbor_rows(t, 3), c.d);
         EXPECT_EQ(t.nei_mol_id[0][t.nnei[0] - 1], t.nnei[0]);
     }
-}
-
-// The diagnostic listing orders by closest atoms: B (2 Å) before C.
-TEST(NeighborList, MinimumDistanceListing)
-{
-    Transport t;
-    four_molecules(t, 4.0);
-    testing::internal::CaptureStdout();
-    t.find_neighbor_molecules_min_distance(true);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "\n**** Calculate minimum atomic distance with neighbors ****\n  molecule 1:\n"
-              "    neighbor 2 [ 0  0  0]:    2.000\n    neighbor 3 [-1  0  0]:    3.606\n"
-              "  molecule 2:\n    neighbor 1 [ 0  0  0]:    2.000\n  molecule 3:\n"
-              "    neighbor 1 [ 1  0  0]:    3.606\n  molecule 4:\n"
-              "**** End of Calculate minimum atomic distance with neighbors ****\n");
+    Transport odd;  // a molecule without atoms and one with an unknown element pass
+    set_cell(odd, 16, {{{}, {}}, {{-1, 6}, {1, 8, 8, 2, 8, 8}}});
+    EXPECT_DOUBLE_EQ(odd.mol_mass[1], 12.011);  // the unknown element weighs nothing
+    odd.build_neighbor_list(false);
+    EXPECT_EQ(odd.nnei[0] + odd.nnei[1], 0);
 }
 
 // One atom in a 5 Å cube: its only neighbours are its own six face images.
@@ -114,60 +104,27 @@ TEST(NeighborList, OwnImagesRangeAndCapacity)
 
 class NeighborFiles : public ScratchDirTest {};
 
-TEST_F(NeighborFiles, TableAndNeighbourCifAsWritten)
+// The table, the first neighbour CIF, the closest-atom listing (B at 2 Å
+// before C), and the unique analysis: A-C and A-B come back reversed as B-A
+// and C-A, two unique pairs, both owned by molecule 1, the only unique one.
+TEST_F(NeighborFiles, TablesAndUniquePairsAndMolecules)
 {
     Transport t;
     four_molecules(t, 4.0);
     t.identifier = "fixture";
+    t.output_eigval = 1;
     t.build_neighbor_list(false);
     t.output_neighbor_data();
     EXPECT_EQ(read_text_file("data/neighbor.dat"), golden("neighbors_fixture.dat"));
-    EXPECT_EQ(read_text_file("data/mol1_neighbors.cif"),
-              golden("neighbors_fixture_mol1.cif"));
-    t.data_dir = "data/neighbor.dat/x";
-    EXPECT_EXIT((dup2(2, 1), t.output_neighbor_data()), ::testing::ExitedWithCode(255),
-                "line 2818 : \n+Failed to open output file \"data/neighbor.dat/x/neighbor.dat\"");
-}
-
-// A molecule without atoms and one with an unknown element pass.
-TEST(NeighborList, OddMoleculesPass)
-{
-    Transport t;
-    set_cell(t, 16, {{{}, {}}, {{-1, 6}, {1, 8, 8, 2, 8, 8}}});
-    EXPECT_DOUBLE_EQ(t.mol_mass[1], 12.011);  // the unknown element weighs nothing
-    t.build_neighbor_list(false);
-    EXPECT_EQ(t.nnei[0] + t.nnei[1], 0);
-}
-
-class UniqueAnalysis : public ScratchDirTest {};
-
-// A-C and A-B come back reversed as B-A and C-A: two unique pairs, both
-// owned by molecule 1, which is then the only unique molecule.
-TEST_F(UniqueAnalysis, PairsAndMolecules)
-{
-    Transport t;
-    four_molecules(t, 4.0);
-    t.output_eigval = 1;
-    t.build_neighbor_list(false);
+    EXPECT_EQ(read_text_file("data/mol1_neighbors.cif"), golden("neighbors_fixture_mol1.cif"));
+    fs::remove_all("data");
     t.calc_HL_uc_mol_eigval_eigvec();
     testing::internal::CaptureStdout();
+    t.find_neighbor_molecules_min_distance(true);
     t.calc_HL_2mol_eigval_eigvec_and_unique_pairs();
     EXPECT_EQ(t.HL_check_unitcell_unique_mols(true), 0);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "*** Check Duplicate 2mol pairs ***\n  Unique 2mol pairs: 2 out of 4\n"
-              "      1   1   <=>    1\n      1   2   <=>    2\n*** End of Check Duplicate 2mol pairs ***\n\n"
-              "**** Check HL Duplicate Molecules in Unit Cell ****\n  Unit cell unique molecule indexes: 1\n"
-              "**** End of Check HL Duplicate Molecules in Unit Cell ****\n\n");
+    EXPECT_EQ(testing::internal::GetCapturedStdout() + dump("data"), golden("neighbors_fixture_unique.txt"));
     EXPECT_EQ(std::vector<int>(t.unique_pair_map, t.unique_pair_map + 4), (std::vector<int>{0, 1, 1, 0}));
-    EXPECT_EQ(read_text_file("data/unique_id_map.dat"),
-              "# Unique ID mapping\n4\n  2\n      1   1    1\n      1   2    2\n"
-              "  1\n      2   1    3\n  1\n      3   1    4\n  0\n");
-    EXPECT_NE(read_text_file("data/eigval_1mol.dat").find("\n       0.0000   219.5399   219.5399\n"), std::string::npos);
-    EXPECT_EQ(read_text_file("data/eigval_2mol.dat"),
-              "# 2mol eigenvalues by principal moment of inertia\n4\n  1\n"
-              "     1:    39.0358    39.0358    -0.0000\n     2:     0.0000   267.2965   267.2965\n"
-              "  2\n     1:     0.0000   267.2965   267.2965\n"
-              "  3\n     1:    39.0358    39.0358    -0.0000\n  4\n");
     // The other branch compares the molecules: A and C (one carbon each)
     // stay the same up to a moment difference of 0.1 inclusive.
     t.unique_2mol_calc_flag = false;
@@ -187,4 +144,52 @@ TEST_F(UniqueAnalysis, PairsAndMolecules)
     EXPECT_EQ(std::vector<int>(t.unique_pair_map, t.unique_pair_map + 4), (std::vector<int>{0, 1, 1, 3}));
     EXPECT_EQ(std::vector<int>(t.unique_pair_list, t.unique_pair_list + t.unique_pair_count),
               (std::vector<int>{1, 2, 4}));
+    t.data_dir = "data/neighbor.dat/x";
+    EXPECT_EXIT((dup2(2, 1), t.output_neighbor_data()), ::testing::ExitedWithCode(255),
+                "line 2818 : \n+Failed to open output file \"data/neighbor.dat/x/neighbor.dat\"");
+}
+
+static void read_crystal(Transport& t, const std::string& file)
+{
+    t.set_varables_default();
+    testing::internal::CaptureStdout();
+    t.read_data_cif(data_file(file).c_str(), false);
+    t.input_kind = 2;
+    t.read_crystal_strcuture_files(false, false);
+    testing::internal::GetCapturedStdout();
+    t.post_data_read_treatment();
+}
+
+// The fast list is the plain scan's on real crystals. In a centrosymmetric
+// one a dimer and its reverse hold the same atoms, so the later key maps to
+// the earlier one's representative: at most half the pairs stay unique.
+TEST(NeighborList, RealCrystalsAsThePlainScanAndPairsMergeWithTheirReverse)
+{
+    for (const char* file : {"anthracene_antcen24.cif", "benzene_cod2100348.cif", "hydantoin_pahyon01.cif",
+                             "naphthalene_cod2100603_0.4GPa.cif", "steroid_cod2007008_zprime2.cif",
+                             "thiophene_2tfac_cod1516419.cif", "pentacene_pencen01.cif"}) {
+        Transport t;
+        read_crystal(t, file);
+        build_neighbor_list_scan(t, false, false);
+        std::vector<Rows> plain;
+        for (int i = 0; i < t.nmols; i++) plain.push_back(neighbor_rows(t, i));
+        t.build_neighbor_list(false);
+        for (int i = 0; i < t.nmols; i++) EXPECT_EQ(neighbor_rows(t, i), plain[i]) << file << " molecule " << i + 1;
+        EXPECT_GT(t.nnei[0], 0) << file;
+    }
+    Transport t;
+    read_crystal(t, "pentacene_pencen01.cif");
+    t.build_neighbor_list(false);
+    t.unique_2mol_calc_flag = false;  // no table, no print
+    t.calc_HL_2mol_eigval_eigvec_and_unique_pairs();
+    std::map<std::vector<int>, int> key_of;  // (i, j, cell) -> pair key
+    for (int i = 0, key = 0; i < t.nmols; i++)
+        for (auto& r : neighbor_rows(t, i)) key_of[{i, r[0], r[1], r[2], r[3]}] = key++;
+    ASSERT_EQ(t.nkey, 24);
+    for (const auto& [r, key] : key_of) {
+        auto back = key_of.find({r[1], r[0], -r[2], -r[3], -r[4]});
+        ASSERT_NE(back, key_of.end()) << key;
+        EXPECT_EQ(t.unique_pair_map[std::max(key, back->second)], t.unique_pair_map[std::min(key, back->second)]);
+    }
+    EXPECT_LE(2 * t.unique_pair_count, t.nkey);
 }

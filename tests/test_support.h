@@ -1,31 +1,36 @@
 #ifndef VESKA_TEST_SUPPORT_H
 #define VESKA_TEST_SUPPORT_H
 
-// Helpers shared by the tests: a fresh temporary directory that a test works
-// in, small files, the bundled data and the expected outputs under data/golden.
+// Helpers shared by the tests: a scratch directory to work in, small files,
+// commands run through the shell, the bundled data and the expected outputs
+// under data/golden.
 
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <stdlib.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <string>
+
+namespace fs = std::filesystem;
 
 // Creates a fresh directory, changes into it and back out on destruction.
 class ScratchDir {
 public:
-    ScratchDir() : old_(std::filesystem::current_path().string())
+    ScratchDir() : old_(fs::current_path().string())
     {
-        std::string tmpl = (std::filesystem::temp_directory_path() / "veska_rd_XXXXXX").string();
+        std::string tmpl = (fs::temp_directory_path() / "veska_rd_XXXXXX").string();
         path_ = mkdtemp(&tmpl[0]) && chdir(tmpl.c_str()) == 0 ? tmpl : std::string();
     }
     ~ScratchDir()
     {
         std::error_code ec;
-        if (chdir(old_.c_str()) == 0 && ok()) std::filesystem::remove_all(path_, ec);
+        if (chdir(old_.c_str()) == 0 && ok()) fs::remove_all(path_, ec);
     }
     ScratchDir(const ScratchDir&) = delete;
     ScratchDir& operator=(const ScratchDir&) = delete;
@@ -45,6 +50,12 @@ protected:
 inline void put_file(const std::string& path, const std::string& text)
 {
     std::ofstream(path, std::ios::binary) << text;
+}
+
+inline std::string read_text_file(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
 }
 
 // In a death test's child: standard output joins standard error (the error
@@ -67,18 +78,50 @@ inline void limit_file_size(rlim_t bytes)
     setrlimit(RLIMIT_FSIZE, &limit);
 }
 
-inline std::string read_text_file(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-}
-
 inline std::string data_file(const std::string& name) { return std::string(VESKA_TEST_DATA_DIR) + "/" + name; }
 inline std::string golden(const std::string& name)
 {
     std::string path = data_file("golden/" + name);
-    EXPECT_TRUE(std::filesystem::is_regular_file(path)) << path;
+    EXPECT_TRUE(fs::is_regular_file(path)) << path;
     return read_text_file(path);
+}
+
+// The distribution's python where there is one (the one the suite's readers use).
+inline const std::string kPython = access("/usr/bin/python3", X_OK) == 0 ? "/usr/bin/python3" : "python3";
+
+// Runs `line` in the shell with the build's commands first on PATH; returns
+// the exit status, with standard output and error in *out.
+inline int run(const std::string& line, std::string* out = nullptr)
+{
+    FILE* p = popen(("export PATH=" VESKA_MC_BIN_DIR ":$PATH; { " + line + "\n} 2>&1").c_str(), "r");
+    std::string text;
+    for (int ch; (ch = fgetc(p)) != EOF;) text += static_cast<char>(ch);
+    int rc = pclose(p);
+    if (out) *out = text;
+    return WIFEXITED(rc) ? WEXITSTATUS(rc) : -1;
+}
+
+// The entries of `dir`, sorted, separated by blanks.
+inline std::string names(const std::string& dir)
+{
+    std::set<std::string> all;
+    for (const auto& e : fs::directory_iterator(dir)) all.insert(e.path().filename().string());
+    std::string text;
+    for (const std::string& n : all) text += (text.empty() ? "" : " ") + n;
+    return text;
+}
+
+// Every file below `dir`, sorted, each after a line naming it; the text of
+// those whose path holds `with_text` ("" : all).
+inline std::string dump(const std::string& dir, const std::string& with_text = "")
+{
+    std::set<std::string> all;
+    for (const auto& e : fs::recursive_directory_iterator(dir))
+        if (e.is_regular_file()) all.insert(e.path().string());
+    std::string text;
+    for (const std::string& p : all)
+        text += "=== " + p + "\n" + (p.find(with_text) != std::string::npos ? read_text_file(p) : "");
+    return text;
 }
 
 // C, H and Cl: one- and two-letter symbols; -12.34567 rounds at four decimals.

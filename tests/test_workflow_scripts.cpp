@@ -2,42 +2,20 @@
 // the other engines checked as differences, the generated Python run on
 // hand-made inputs, and every script through the interpreter and shellcheck.
 
-#include <sys/wait.h>
-
-#include <cstdlib>
 #include <functional>
 #include <regex>
-#include <set>
 
-#include "mmutil.h"
 #include "test_support.h"
 #include "transport.h"
 
-namespace fs = std::filesystem;
+void write_every_kind_in_every_dialect(Jobscript& js);  // test_job_scripts.cpp
 
 namespace {
-
-int run(const std::string& command)
-{
-    int rc = std::system(command.c_str());
-    return WIFEXITED(rc) ? WEXITSTATUS(rc) : -1;
-}
-
-const std::string kPython = access("/usr/bin/python3", X_OK) == 0 ? "/usr/bin/python3" : "python3";
 
 std::string replaced(std::string text, const std::string& from, const std::string& to)
 {
     for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
         text.replace(at, from.size(), to);
-    return text;
-}
-
-std::string listing(const std::string& dir)
-{
-    std::set<std::string> names;
-    for (const auto& entry : fs::directory_iterator(dir)) names.insert(entry.path().filename().string());
-    std::string text;
-    for (const std::string& name : names) text += (text.empty() ? "" : " ") + name;
     return text;
 }
 
@@ -52,9 +30,7 @@ protected:
         t.set_varables_default();
         t.nmols = 2, t.input_kind = 2, t.crystal_file = "x.cif";
         t.nnei = new int[2]{2, 1};
-        t.nei_mol = new int*[2];
-        t.nei_mol[0] = new int[2]{1, 1};
-        t.nei_mol[1] = new int[1]{0};
+        t.nei_mol = new int*[2]{new int[2]{1, 1}, new int[1]{0}};
         t.unique_pair_map = new int[3]{0, 1, 0};
         t.hl_mol_index = new int[2]{1, 1}, t.re_mol_index = new int[2]{1, 1};
         t.re_unique_list = new int[2]{1, 0}, t.re_unique_count = 1, t.neighbor_nmols = 2;
@@ -97,20 +73,21 @@ TEST_F(WorkflowScripts, OutputChecksAndFchkRenamingRunAsUsersRunThem)
         {"qchem_out_check", " *** Have a nice day. ***\nmore\n", 0},
         {"qchem_out_check", "Have a nice day\n", 1},
     };
+    std::string out;
     for (const auto& [script, output, status] : cases) {
         put_file("out.txt", output);
-        EXPECT_EQ(run(kPython + " scr/" + script + ".py out.txt >log 2>&1"), status) << script << output;
-        EXPECT_EQ(read_text_file("log"), "");
+        EXPECT_EQ(run(kPython + " scr/" + script + ".py out.txt", &out), status) << script << output;
+        EXPECT_EQ(out, "");
     }
     for (std::string script : {"gaussian_log_check", "orca_out_check", "qchem_out_check"})
         for (const char* arg : {" missing.txt", ""})  // no such file, no argument
-            EXPECT_EQ(run(kPython + " scr/" + script + ".py" + arg + " >log 2>&1") + read_text_file("log").size(), 1u);
+            EXPECT_EQ(run(kPython + " scr/" + script + ".py" + arg, &out) + out.size(), 1u);
     t.write_qchem_fchk_ext_lowercase_py_file();
     fs::create_directory("HL");
     for (const char* name : {"HL/a.FChk", "HL/b.c.FChk", "HL/keep.txt", "HL/d.FChk.bak"}) put_file(name, name);
     put_file("HL/a.fchk", "old");
     EXPECT_EQ(run(kPython + " scr/qchem_fchk_ext_lowercase.py HL"), 0);
-    EXPECT_EQ(listing("HL"), "a.fchk b.c.fchk d.FChk.bak keep.txt");
+    EXPECT_EQ(names("HL"), "a.fchk b.c.fchk d.FChk.bak keep.txt");
     EXPECT_EQ(read_text_file("HL/a.fchk"), "HL/a.FChk");
 }
 
@@ -124,29 +101,27 @@ TEST_F(WorkflowScripts, GetREAndPrepareRERunOnHandMadeTrees)
     }
     put_file("evc/mol1/elec/evc.cart.dat",
              " Total reorganization energy (cm-1):   100.0  200.0\nTotal reorganization energy 1 1\n");
-    ASSERT_EQ(run(kPython + " scr/get_RE.py >log"), 0);
+    ASSERT_EQ(run(kPython + " scr/get_RE.py"), 0);
     EXPECT_EQ(read_text_file("evc/mol1/lamda.dat"),
               "elec:\nlam lam1 lam2 [meV]\n 37.19526000  12.39842000  24.79684000\n"
               "hole:\nlam lam1 lam2 [meV]\n  0.00000000   0.00000000   0.00000000\n");
-    EXPECT_EQ(read_text_file("evc/mol2_NM-h.dat"), "evc/mol2/hole");
-    EXPECT_EQ(read_text_file("data/NM02-h.dat"), "evc/mol2/hole");
+    EXPECT_EQ(read_text_file("evc/mol2_NM-h.dat") + read_text_file("data/NM02-h.dat"), "evc/mol2/holeevc/mol2/hole");
 
     fs::remove_all("evc");  // prepare_RE.py lays it out afresh from a hand-made RE/
     for (const char* chargetype : {"H", "x"}) {
         t.chargetype = chargetype;
         t.write_evc_inp_file();
     }
-    EXPECT_EQ(listing("RE"), "evc-h-mol1.inp evc-h-mol2.inp");
+    EXPECT_EQ(names("RE"), "evc-h-mol1.inp evc-h-mol2.inp");
     EXPECT_NE(read_text_file("RE/evc-h-mol2.inp").find("\n  def_add_int_coord = \n/\n"), std::string::npos);
     t.chargetype = "a";
     t.write_evc_inp_file();
     t.write_prepare_evc_files("prepare_RE.py");
     for (const char* mol : {"1", "2"})
         for (const char* state : {"anion", "cation", "neutral"})
-            for (const char* ext : {".fchk", ".log"})
-                put_file(std::string("RE/re-mol") + mol + "-" + state + ext, state);
-    ASSERT_EQ(run(kPython + " scr/prepare_RE.py >log"), 0);
-    EXPECT_EQ(listing("evc/mol2/hole"),
+            for (const char* ext : {".fchk", ".log"}) put_file(std::string("RE/re-mol") + mol + "-" + state + ext, state);
+    ASSERT_EQ(run(kPython + " scr/prepare_RE.py"), 0);
+    EXPECT_EQ(names("evc/mol2/hole"),
               "evc.inp job_get_NM.pbs re-mol2-cation.fchk re-mol2-cation.log re-mol2-neutral.fchk re-mol2-neutral.log");
     EXPECT_EQ(read_text_file("evc/mol1/elec/evc.inp"), read_text_file("RE/evc-e-mol1.inp"));
     EXPECT_EQ(read_text_file("evc/mol1/elec/re-mol1-anion.log"), "anion");
@@ -162,7 +137,7 @@ TEST_F(WorkflowScripts, MobilityScriptsReadHandMadeExpData)
         fs::create_directories(dir);
         put_file(dir + "/exp_data.dat", "a 0 1.5\nb 0 2.5e-3\nc 0 " + dir.substr(dir.rfind('/') + 1) + "\nav 0 4\n");
     }
-    ASSERT_EQ(run("cd td && " + kPython + " get_mob.py >log && cd ../me && " + kPython + " get_mob.py"), 0);
+    ASSERT_EQ(run("cd td && " + kPython + " get_mob.py && cd ../me && " + kPython + " get_mob.py"), 0);
     EXPECT_EQ(read_text_file("me/mob_h.dat"), read_text_file("me/hole/exp_data.dat"));
     EXPECT_EQ(read_text_file("td/mob_h.dat")
                   .find("dir_a:\n200  1.500000e+00  cm^{2}/Vs\n240  1.500000e+00  cm^{2}/Vs\n"
@@ -200,8 +175,8 @@ TEST_F(WorkflowScripts, OtherEnginesDifferFromGaussianOnlyWhereTheyShould)
     for (int engine = 1; engine <= 3; engine++) {
         t.compute_engine = engine;
         write_in(std::to_string(engine));
-        std::string common = "get_RE.py get_transint.py prepare_RE.py run_RE.py veska.sh";
-        EXPECT_EQ(replaced(listing(std::to_string(engine) + "/scr"), checks[engine - 1], ""), common) << engine;
+        EXPECT_EQ(replaced(names(std::to_string(engine) + "/scr"), checks[engine - 1], ""),
+                  "get_RE.py get_transint.py prepare_RE.py run_RE.py veska.sh") << engine;
     }
     // Each row turns the Gaussian file into the other engine's: pattern, replacement, in order.
     const char* qchem_re = "copyfile\n\nos.system(\"python scr/qchem_fchk_ext_lowercase.py RE\")\n\n";
@@ -238,8 +213,8 @@ TEST_F(WorkflowScripts, TemperatureScansSiteEnergiesAndPlainPairLists)
         t.start_temp = start, t.end_temp = end, t.delta_temp = step;
         std::string dir = std::to_string(n++);
         write_in(dir);
-        EXPECT_EQ(listing(dir + "/MC-quanta-temp"), dirs) << dir;
-        EXPECT_EQ(listing(dir + "/ME-quanta-temp/hole"), dirs) << dir;
+        EXPECT_EQ(names(dir + "/MC-quanta-temp"), dirs) << dir;
+        EXPECT_EQ(names(dir + "/ME-quanta-temp/hole"), dirs) << dir;
     }
     EXPECT_EQ(read_text_file("0/data/mol2_trans_int_files.dat"),
               "1\n../HL/2mol-2-1.log  ../HL/uc_mol-2.log  ../HL/nei_mol-2-1.log  2 1\n");
@@ -267,30 +242,9 @@ TEST_F(WorkflowScripts, BadInputStopsWithAMessageNamingTheCause)
     }
 }
 
-// The chain users run, on a real crystal: its two molecules are equal, so
-// one normal-mode run serves both.
-TEST_F(WorkflowScripts, RealCrystalThroughNeighboursAndUniqueAnalysis)
-{
-    Transport r;
-    r.set_varables_default();
-    testing::internal::CaptureStdout();
-    r.read_data_cif(data_file("pentacene_pencen01.cif").c_str(), false);
-    r.input_kind = 2;
-    r.read_crystal_strcuture_files(false, true);
-    r.post_data_read_treatment();
-    r.build_neighbor_list(false);
-    r.calc_HL_uc_mol_eigval_eigvec();
-    r.calc_HL_2mol_eigval_eigvec_and_unique_pairs();
-    r.RE_check_unitcell_same_mols(false);
-    r.write_scripts(false);
-    testing::internal::GetCapturedStdout();
-    EXPECT_EQ(read_text_file("data/mol2_trans_int_files.dat").find(std::to_string(r.nnei[1]) + "\n../HL/2mol-"), 0u);
-    EXPECT_EQ(listing("evc"), "mol1");
-    EXPECT_NE(read_text_file("MC-quanta/hole/prepare-mc.py").find("NM01-h.dat\", \"./NM02-h.dat"), std::string::npos);
-}
-
-// Every scheduler with every engine: each .py compiles, each job script and
-// veska.sh passes bash -n and shellcheck at error level.
+// Every scheduler with every engine, and every job kind in every dialect:
+// each .py compiles, each job script and veska.sh passes bash -n and
+// shellcheck at error level.
 TEST_F(WorkflowScripts, EverySchedulerAndEngineGivesScriptsThatCompileAndLint)
 {
     if (run("command -v shellcheck >/dev/null") != 0) {  // a missing checker fails under CI, else skips
@@ -306,15 +260,18 @@ TEST_F(WorkflowScripts, EverySchedulerAndEngineGivesScriptsThatCompileAndLint)
             t.sched_job_array = engine != 2;
             write_in(std::string(sched) + std::to_string(engine));
         }
+    enter("kinds");
+    write_every_kind_in_every_dialect(t);
+    fs::current_path(root);
     // Per scheduler: scr/ of each engine (6, 6, 7) and 3 x 42 in the run trees; 3 x 27 job scripts (one
-    // normal-mode molecule) and 4 transfer-integral jobs (ORCA's without arrays): 4 x 85.
-    EXPECT_EQ(run("test $(find . -name '*.py' | wc -l) = " + std::to_string(4 * (19 + 3 * 42)) + " && test $(find . " +
-                  "-name '*.pbs' -o -name '*.slurm' -o -name '*.lsf' -o -name '*.local' | wc -l) = 340"),
+    // normal-mode molecule) and 4 transfer-integral jobs (ORCA's without arrays): 4 x 85; and the
+    // kinds: 4 dialects x 2 variants x 20.
+    const std::string jobs = "find . -name '*.pbs' -o -name '*.slurm' -o -name '*.lsf' -o -name '*.local'";
+    EXPECT_EQ(run("test $(find . -name '*.py' | wc -l) = " + std::to_string(4 * (19 + 3 * 42)) + " && test $(" + jobs +
+                  " | wc -l) = " + std::to_string(340 + 160)),
               0);
     EXPECT_EQ(run("find . -name '*.py' | xargs " + kPython + " -m py_compile"), 0);
-    EXPECT_EQ(run("find . -name '*.pbs' -o -name '*.slurm' -o -name '*.lsf' -o -name '*.local' -o -name '*.sh' | "
-                  "xargs -n1 bash -n"),
-              0);
+    EXPECT_EQ(run(jobs + " -o -name '*.sh' | xargs -n1 bash -n"), 0);
     EXPECT_EQ(run("find . -name '*.pbs' -o -name '*.lsf' | xargs shellcheck -S error -s bash"), 0);
     EXPECT_EQ(run("find . -name '*.slurm' -o -name '*.local' -o -name '*.sh' | xargs shellcheck -S error"), 0);
 }

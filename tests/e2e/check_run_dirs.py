@@ -1,18 +1,24 @@
 #!/usr/bin/env python3
-"""End to end on real crystals: veska_transport_inp, then
-veska_transport_prepare, in a scratch directory per crystal and set-up.
+"""End to end on real crystals and molecules: veska_transport_inp, then
+veska_transport_prepare, in a scratch directory per input and set-up.
 
 Every run directory is checked with programs nobody here wrote: every .py
-compiles, every job script passes bash -n and shellcheck -S error, every
-Gaussian input is read by ASE and every Q-Chem input by pymatgen with the
-atom count the neighbour table implies; the summary's counts match
-neighbor.dat and unique_id_map.dat. The names of the files written for
-pentacene are compared with a golden listing per engine and scheduler.
+compiles, every job script passes bash -n and shellcheck -S error; the
+summary's counts match neighbor.dat and unique_id_map.dat. With plain names,
+every Gaussian input is read back by ASE (and pentacene's Q-Chem inputs by
+pymatgen): each neighbour is its molecule moved by its whole-cell offset,
+each dimer the molecule and then the neighbour, each RE input the molecule
+with its state's charge and multiplicity; the molecules and their
+neighbour distances match reference.json (or the formulas MANIFEST.md
+publishes). The names written for pentacene are compared with a golden
+listing per engine and scheduler.
 
 Usage: check_run_dirs.py <inp command> <prepare command> <data dir> <golden dir>
 Set VESKA_UPDATE_GOLDEN=1 to rewrite the listings.
 """
-import glob
+import collections
+import json
+import math
 import os
 import py_compile
 import re
@@ -26,6 +32,13 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 from check_readback import ase_gaussian, pymatgen_qchem  # noqa: E402  the readers, as the read-back uses them
 IN_CI = os.environ.get("CI") == "true"
 JOB_EXTS = (".pbs", ".slurm", ".lsf", ".local")
+PLAIN = {"HL_unique_mol": 0, "RE_unique_mol": 0}
+STATES = {"neutral": (0, 1), "cation": (1, 2), "anion": (-1, 2)}
+REFERENCE = {e["file"]: e for e in json.load(open(os.path.join(DATA, "reference.json")))["entries"]}
+# Crystals without reference figures; the disordered one keeps both parts.
+PUBLISHED = {"c20h14s2_lufhaw.cif": ["C20H14S2"] * 2, "naphthodithiophene_hahcoi.cif": ["C12H6S2"] * 2,
+             "quinacridone_beta.cif": ["C20H12N2O2"] * 2, "tbbt_japwih.cif": ["C16H8S3"] * 2,
+             "tipge_pentacene_x17059_disordered.cif": ["C50H68Ge2"]}
 failures = []
 read_back = [0]
 
@@ -46,36 +59,32 @@ def need(module):
         return None
 
 
-def prepare(workdir, crystal, inp_args=(), keys=None, env=None, copy_as=None):
-    """Writes veska.inp next to the crystal, adds keys, runs the command."""
-    shutil.copy(os.path.join(DATA, crystal), os.path.join(workdir, copy_as or crystal))
-    run_env = dict(os.environ, **(env or {}))
-    subprocess.run([INP] + list(inp_args), cwd=workdir, env=run_env, check=True,
+def prepare(workdir, source, inp_args=(), keys=None, env=None, copy_as=None):
+    """Writes veska.inp next to the input, adds keys, runs the command."""
+    os.mkdir(workdir)
+    shutil.copy(os.path.join(DATA, source), os.path.join(workdir, copy_as or source))
+    subprocess.run([INP] + list(inp_args), cwd=workdir, env=dict(os.environ, **(env or {})), check=True,
                    stdout=subprocess.DEVNULL)
     if keys:
         path = os.path.join(workdir, "veska.inp")
-        text = open(path).read()
         extra = "".join("  %s = %s\n" % kv for kv in keys.items())
+        text = open(path).read()
         open(path, "w").write(text.replace("\n/\n", "\n" + extra + "/\n"))
     return subprocess.run([PREPARE], cwd=workdir, capture_output=True, text=True)
 
 
 def files_under(workdir):
-    out = []
-    for root, _, names in os.walk(workdir):
-        for n in names:
-            out.append(os.path.relpath(os.path.join(root, n), workdir))
-    return sorted(out)
+    return sorted(os.path.relpath(os.path.join(root, n), workdir)
+                  for root, _, names in os.walk(workdir) for n in names)
 
 
 def check_scripts(workdir, files):
-    for f in files:
-        if f.endswith(".py"):
-            try:
-                py_compile.compile(os.path.join(workdir, f), doraise=True,
-                                   cfile=os.path.join(tempfile.gettempdir(), "veska_e2e.pyc"))
-            except py_compile.PyCompileError as e:
-                fail("%s does not compile: %s" % (f, e.msg))
+    for f in (f for f in files if f.endswith(".py")):
+        try:
+            py_compile.compile(os.path.join(workdir, f), doraise=True,
+                               cfile=os.path.join(tempfile.gettempdir(), "veska_e2e.pyc"))
+        except py_compile.PyCompileError as e:
+            fail("%s does not compile: %s" % (f, e.msg))
     jobs = [f for f in files if f.endswith(JOB_EXTS)]
     for f in jobs:
         if subprocess.run(["bash", "-n", f], cwd=workdir).returncode:
@@ -93,15 +102,16 @@ def check_scripts(workdir, files):
 
 
 def read_neighbors(workdir):
-    """neighbor.dat: per molecule the one-based neighbour molecule numbers."""
-    words = open(os.path.join(workdir, "data", "neighbor.dat")).read().split("\n")
-    rows = [w for w in words if w and not w.startswith("#")]
-    nmols, pos, table = int(rows[0]), 1, []
-    for _ in range(nmols):
-        count = int(rows[pos + 1].split()[0])
-        table.append([int(r.split()[0]) for r in rows[pos + 2:pos + 2 + count]])
+    """neighbor.dat: per molecule its centre, and per neighbour its molecule
+    number, centre distance and cell offset."""
+    rows = [l.split() for l in open(os.path.join(workdir, "data", "neighbor.dat")) if not l.startswith("#")]
+    centres, table, pos = [], [], 1
+    for _ in range(int(rows[0][0])):
+        centres.append([float(x) for x in rows[pos][1:4]])
+        count = int(rows[pos + 1][0])
+        table.append([(int(w[0]), float(w[4]), [int(c) for c in w[5:8]]) for w in rows[pos + 2:pos + 2 + count]])
         pos += 2 + count
-    return table
+    return centres, table
 
 
 def summary_value(out, label):
@@ -109,81 +119,138 @@ def summary_value(out, label):
     return int(m.group(1)) if m else None
 
 
-def check_counts(workdir, out, neighbors, unique):
-    pairs = sum(len(n) for n in neighbors)
-    if summary_value(out, "molecules") != len(neighbors):
-        fail("%s: summary molecules differ from neighbor.dat" % workdir)
-    if summary_value(out, "neighbour pairs") != pairs:
-        fail("%s: summary pairs differ from neighbor.dat" % workdir)
+def check_counts(workdir, out, table, unique):
+    pairs = sum(map(len, table))
+    if summary_value(out, "molecules") != len(table) or summary_value(out, "neighbour pairs") != pairs:
+        fail("%s: the summary's molecules or pairs differ from neighbor.dat" % workdir)
     idmap = os.path.join(workdir, "data", "unique_id_map.dat")
     if unique and os.path.exists(idmap):
-        keys = [l.split() for l in open(idmap) if len(l.split()) == 3]
-        if len(keys) != pairs:
-            fail("%s: unique_id_map.dat lists %d pairs, not %d" % (workdir, len(keys), pairs))
-        unique_pairs = len(glob.glob(os.path.join(workdir, "HL", "2mol-*.*")))
-        if summary_value(out, "unique pairs") != unique_pairs:
+        if sum(len(l.split()) == 3 for l in open(idmap)) != pairs:
+            fail("%s: unique_id_map.dat does not list the %d pairs" % (workdir, pairs))
+        if summary_value(out, "unique pairs") != len([f for f in os.listdir(workdir + "/HL") if f.startswith("2mol-")]):
             fail("%s: summary unique pairs differ from the dimer inputs" % workdir)
 
 
-def atom_count(reader, path):
-    read_back[0] += 1
-    return len(reader(path)[0])
+def lattice(cell):
+    """Cell vectors: a along x, b in the xy plane."""
+    a, b, c = cell[:3]
+    ca, cb, cg = (math.cos(math.radians(x)) for x in cell[3:])
+    sg = math.sin(math.radians(cell[5]))
+    cy = c * (ca - cb * cg) / sg
+    return [(a, 0, 0), (b * cg, b * sg, 0), (c * cb, cy, math.sqrt(c * c - (c * cb) ** 2 - cy * cy))]
 
 
-def check_inputs(workdir, neighbors, counter, ext):
-    """Plain (non-unique) names: every input's atom count follows from the
-    unit-cell molecules' counts and the neighbour table."""
-    n = {}
-    for i in range(1, len(neighbors) + 1):
-        n[i] = counter(os.path.join(workdir, "HL", "uc_mol-%d.%s" % (i, ext)))
-    for i, nei in enumerate(neighbors, 1):
-        for j, m in enumerate(nei, 1):
-            for name, want in (("nei_mol-%d-%d" % (i, j), n[m]),
-                               ("2mol-%d-%d" % (i, j), n[i] + n[m])):
-                got = counter(os.path.join(workdir, "HL", "%s.%s" % (name, ext)))
-                if got != want:
-                    fail("%s/%s: %d atoms, expected %d" % (workdir, name, got, want))
-        for state in ("neutral", "cation", "anion"):
-            got = counter(os.path.join(workdir, "RE", "re-mol%d-%s.%s" % (i, state, ext)))
-            if got != n[i]:
-                fail("%s: re-mol%d-%s has %d atoms, expected %d" % (workdir, i, state, got, n[i]))
-    return n
+def fractional(cell, x):
+    (a, _, _), (bx, by, _), (cx, cy, cz) = lattice(cell)
+    fc = x[2] / cz
+    fb = (x[1] - fc * cy) / by
+    return [(x[0] - fb * bx - fc * cx) / a, fb, fc]
 
 
-def check_run(workdir, r, label, ase_io, plain):
+def same(a, b):  # elements, and positions written to four decimals
+    return a[0] == b[0] and all(abs(p - q) <= 2.5e-4 for u, v in zip(a[1], b[1]) for p, q in zip(u, v))
+
+
+def check_inputs(workdir, table, reader, ext, cell):
+    def load(name, charge_mult=(0, 1)):
+        read_back[0] += 1
+        rows, _, facts = reader("%s/%s.%s" % (workdir, name, ext))
+        if (facts["charge"], facts["mult"]) != charge_mult:
+            fail("%s/%s: charge %s multiplicity %s" % (workdir, name, facts["charge"], facts["mult"]))
+        return [r[0] for r in rows], [list(r[1:]) for r in rows]
+    uc = {i: load("HL/uc_mol-%d" % i) for i in range(1, len(table) + 1)}
+    bad = ["re-mol%d-%s" % (i, s) for i in uc for s, cm in STATES.items()
+           if not same(load("RE/re-mol%d-%s" % (i, s), cm), uc[i])]
+    vectors = lattice(cell)
+    for i, rows in enumerate(table, 1):
+        for j, (m, _, offset) in enumerate(rows, 1):
+            nei, dimer = load("HL/nei_mol-%d-%d" % (i, j)), load("HL/2mol-%d-%d" % (i, j))
+            shift = [p - q for p, q in zip(nei[1][0], uc[m][1][0])]
+            length = math.hypot(*(sum(t * v[k] for t, v in zip(offset, vectors)) for k in range(3)))
+            if not (same(nei, (uc[m][0], [[p + s for p, s in zip(u, shift)] for u in uc[m][1]]))
+                    and abs(math.hypot(*shift) - length) < 1e-3 and same(dimer, (uc[i][0] + nei[0], uc[i][1] + nei[1]))):
+                bad.append("pair %d-%d" % (i, j))
+    if bad:
+        fail("%s: inputs that do not read back as they should: %s" % (workdir, " ".join(bad[:10])))
+    return uc
+
+
+def formula(elements):
+    """C first, H second, then the others alphabetically."""
+    count = collections.Counter(elements)
+    order = [e for e in ("C", "H") if e in count] + sorted(set(count) - {"C", "H"})
+    return "".join(e + (str(count[e]) if count[e] > 1 else "") for e in order)
+
+
+def check_reference(name, uc, centres, table, cell):
+    formulas = [formula(uc[i][0]) for i in sorted(uc)]
+    ref = REFERENCE.get(name)
+    if name in PUBLISHED and formulas != PUBLISHED[name]:
+        fail("%s: molecules %s, published %s" % (name, formulas, PUBLISHED[name]))
+    if ref and "elements_in_order" in ref:
+        atoms = uc[1][1]
+        if uc[1][0] != ref["elements_in_order"] or formulas != [ref["formula"]] or not all(
+                abs(p - q) <= 1.5e-4 for u, v in ((atoms[0], ref["first_atom_xyz"]),
+                                                   (atoms[-1], ref["last_atom_xyz"])) for p, q in zip(u, v)):
+            fail("%s: the atoms read differ from reference.json" % name)
+    if not ref or "molecules" not in ref:
+        return
+    # Each molecule matches one not matched before with the same formula and
+    # centre (modulo whole cells), and has its neighbour distances.
+    want = list(zip(ref["molecules"], ref["neighbors"]["per_molecule"]))
+    if len(want) != len(table):
+        fail("%s: %d molecules, reference %d" % (name, len(table), len(want)))
+    for f, centre, rows in zip(formulas, centres, table):
+        frac = fractional(cell, centre)
+        match = [w for w in want if w[0]["formula"] == f and
+                 all(abs(d - round(d)) < 2e-4 for d in (p - q for p, q in zip(frac, w[0]["com_frac"])))]
+        if not match:
+            fail("%s: no reference molecule %s at %s" % (name, f, frac))
+            continue
+        want.remove(match[0])
+        got, distances = sorted(r[1] for r in rows), match[0][1]["com_distances"]
+        if len(got) != len(distances) or any(abs(g - d) > 1.5e-4 for g, d in zip(got, distances)):
+            fail("%s: neighbour distances %s, reference %s" % (name, got, distances))
+
+
+def check_run(workdir, r, name, ase_io, plain, cell):
     if r.returncode != 0 or "Done" not in r.stdout:
-        fail("%s: exit %d\n%s%s" % (label, r.returncode, r.stdout, r.stderr))
+        fail("%s: exit %d\n%s%s" % (workdir, r.returncode, r.stdout, r.stderr))
         return False
     check_scripts(workdir, files_under(workdir))
-    neighbors = read_neighbors(workdir)
-    check_counts(workdir, r.stdout, neighbors, not plain)
+    centres, table = read_neighbors(workdir)
+    check_counts(workdir, r.stdout, table, not plain)
     if plain and ase_io:
-        check_inputs(workdir, neighbors, lambda p: atom_count(ase_gaussian, p), "com")
+        check_reference(name, check_inputs(workdir, table, ase_gaussian, "com", cell), centres, table, cell)
     return True
 
 
-def run_mol(tmp, ase_io):
-    """MOL input: one molecule in a 15 A cubic cell, its neighbours its images."""
-    workdir = os.path.join(tmp, "mol-input")
-    os.mkdir(workdir)
-    cell = {"vector_a": "15 0 0", "vector_b": "0 15 0", "vector_c": "0 0 15",
-            "HL_unique_mol": 0, "RE_unique_mol": 0}
-    r = prepare(workdir, "culgi_00_v2000.mol", ["-mol"], keys=cell, copy_as="mol1.mol")
-    if check_run(workdir, r, "MOL input", ase_io, True):
-        print("ok MOL input")
+def run_mol(tmp, ase_io, mol, edge):
+    """MOL input: one molecule in a cubic cell; in a small one its
+    neighbours are its own images."""
+    workdir = os.path.join(tmp, mol)
+    keys = dict(PLAIN, vector_a="%d 0 0" % edge, vector_b="0 %d 0" % edge, vector_c="0 0 %d" % edge)
+    r = prepare(workdir, mol, ["-mol"], keys=keys, copy_as="mol1.mol")
+    if check_run(workdir, r, mol, ase_io, True, [edge] * 3 + [90] * 3):
+        print("ok " + mol)
+
+
+def cif_cell(crystal):
+    text = open(os.path.join(DATA, crystal)).read()
+    return [float(re.search(r"^_cell_%s\s+([-\d.]+)" % k, text, re.M).group(1))
+            for k in ("length_a", "length_b", "length_c", "angle_alpha", "angle_beta", "angle_gamma")]
 
 
 def run_crystal(tmp, crystal, ase_io):
-    base = os.path.join(tmp, crystal.replace(".cif", ""))
-    for variant, keys in (("unique", None), ("plain", {"HL_unique_mol": 0, "RE_unique_mol": 0})):
-        workdir = base + "-" + variant
-        os.mkdir(workdir)
+    cell = cif_cell(crystal)
+    for variant, keys in (("unique", None), ("plain", PLAIN)):
+        workdir = os.path.join(tmp, crystal.replace(".cif", "-" + variant))
         r = prepare(workdir, crystal, keys=keys)
         if "merqim" in crystal:
             if r.returncode == 0 or "WARNING" not in r.stdout:
                 fail("%s: an empty crystal must warn and fail" % crystal)
             return
-        if not check_run(workdir, r, crystal + " " + variant, ase_io, variant == "plain"):
+        if not check_run(workdir, r, crystal, ase_io, variant == "plain", cell):
             return
         if "disordered" in crystal and "WARNING" not in r.stdout.split("Summary")[-1]:
             fail("%s: the summary does not warn about disorder" % crystal)
@@ -198,7 +265,6 @@ def check_golden(tmp, qcinput):
               ("gaussian-local", [], {"VESKA_JOB_SCHED": "local"})]
     for name, args, env in setups:
         workdir = os.path.join(tmp, "golden-" + name)
-        os.mkdir(workdir)
         r = prepare(workdir, "pentacene_pencen01.cif", args, env=env)
         if r.returncode:
             fail("%s: exit %d\n%s%s" % (name, r.returncode, r.stdout, r.stderr))
@@ -213,14 +279,11 @@ def check_golden(tmp, qcinput):
             fail("%s: the files written differ from %s" % (name, golden))
     if qcinput:
         workdir = os.path.join(tmp, "qchem-plain")
-        os.mkdir(workdir)
-        r = prepare(workdir, "pentacene_pencen01.cif", ["-qchem"],
-                    keys={"HL_unique_mol": 0, "RE_unique_mol": 0})
+        r = prepare(workdir, "pentacene_pencen01.cif", ["-qchem"], keys=PLAIN)
         if r.returncode:
             fail("qchem plain: exit %d\n%s" % (r.returncode, r.stderr))
             return
-        check_inputs(workdir, read_neighbors(workdir),
-                     lambda p: atom_count(pymatgen_qchem, p), "inp")
+        check_inputs(workdir, read_neighbors(workdir)[1], pymatgen_qchem, "inp", cif_cell("pentacene_pencen01.cif"))
 
 
 def main():
@@ -231,7 +294,8 @@ def main():
         for crystal in sorted(os.listdir(DATA)):
             if crystal.endswith(".cif"):
                 run_crystal(tmp, crystal, ase_io)
-        run_mol(tmp, ase_io)
+        for mol in sorted(f for f in REFERENCE if f.endswith(".mol")):
+            run_mol(tmp, ase_io, mol, 15 if mol.startswith("culgi") else 40)
         check_golden(tmp, qcinput)
     finally:
         shutil.rmtree(tmp, ignore_errors=True)

@@ -1,0 +1,470 @@
+// The configuration: the veska.inp block grammar and the config.inp line
+// grammar, the key table and the checks after reading; the layouts the
+// writers produce, against data/golden; and the input-generation command run
+// as a real process with a controlled environment.
+//
+// The layouts in their default state (defaults, engine 1, no environment, no
+// module flag) live in data/golden: terse.inp, verbose.inp, config.inp (input
+// kind 2, no CIF file in the directory) and full.inp (the full state of a
+// fresh Transport). Tests derive the variants by line edits.
+
+#include <sys/stat.h>
+
+#include <memory>
+#include <type_traits>
+
+#include "test_support.h"
+#include "transport.h"
+
+static_assert(std::is_base_of_v<VeskaInp, Transport> && std::is_base_of_v<FileIO, VeskaInp> &&
+              std::is_base_of_v<Jobscript, VeskaInp> && !std::is_polymorphic_v<Transport>);
+
+namespace {
+
+const char* const kEnvironment[] = {"VESKA_JOB_SCHED", "VESKA_JOB_QUEUE", "VESKA_QC_EXE",
+                                    "VESKA_QC_NODES",  "VESKA_QC_PPN",    "VESKA_MODULE_QC"};
+void clear_veska_environment()
+{
+    for (const char* name : kEnvironment) unsetenv(name);
+}
+
+// Reads `text` as veska.inp in a scratch directory.
+std::unique_ptr<VeskaInp> read_inp(const std::string& text)
+{
+    ScratchDir dir;
+    clear_veska_environment();
+    put_file("veska.inp", text);
+    auto v = std::make_unique<VeskaInp>();
+    v->read_veska_inp("veska.inp", false);
+    return v;
+}
+
+// The lattice-vector lines of MOL input in veska.inp, with their empty line.
+const std::string vector_lines = "  vector_a        =     8.098000     0.000000     0.000000\n"
+                                 "  vector_b        =     0.000000     5.953000     0.000000\n"
+                                 "  vector_c        =    -4.888095     0.000000     7.138882\n\n";
+const char* const terse_lat_cutoff = "  lat_cutoff      = 4       ! for neighbor list construction";
+const char* const verbose_lat_cutoff = "  lat_cutoff      = 4      ! for neighbor list construction";
+const char* const module_off = "#  module_qc = gaussian/g09.e01";
+const char* const crystal_default = "  crystal         = naphthalene.cif";
+const char* const old_crystal_default = "crystal         naphthalene.cif";
+const char* const engine_line = "  compute_engine  = 1      ! 1 = Gaussian, 2 = ORCA, 3 = QCHEM";
+const char* const exe_line = "  qc_exe          = g09    ! g09/g16 or fullpath/orca or qchem";
+
+// Replaces each whole line `first` (given without its line feed, found
+// exactly once) by the lines `second` (each with its line feed).
+std::string edit(std::string text, const std::vector<std::pair<std::string, std::string>>& edits)
+{
+    for (const auto& e : edits) {
+        size_t at = text.find("\n" + e.first + "\n");
+        EXPECT_NE(at, std::string::npos) << "golden line not found: " << e.first;
+        EXPECT_EQ(text.find("\n" + e.first + "\n", at + 1), std::string::npos) << e.first;
+        if (at != std::string::npos) text.replace(at + 1, e.first.size() + 1, e.second);
+    }
+    return text;
+}
+
+std::string insert_before(const std::string& text, const std::string& line, const std::string& lines)
+{
+    return edit(text, {{line, lines + line + "\n"}});
+}
+
+using Writer = bool (VeskaInp::*)(const char*, int, bool);
+const Writer terse = &VeskaInp::write_veska_inp_terse, verbose = &VeskaInp::write_veska_inp_verbose,
+             old = &VeskaInp::write_config_inp;
+
+// Writes with `w` (`full`: the full state, unannounced) in a fresh directory
+// holding `files`; returns the text.
+std::string written(VeskaInp& v, Writer w, int kind, std::vector<std::string> files = {}, bool full = false)
+{
+    ScratchDir dir;
+    for (const std::string& f : files) put_file(f, "x\n");
+    testing::internal::CaptureStdout();
+    EXPECT_TRUE(full ? v.write_veska_inp("out.inp", false, false) : (v.*w)("out.inp", kind, false));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), full ? "" : "Writing config file \"out.inp\" ... \n");
+    return read_text_file("out.inp");
+}
+
+}  // namespace
+
+TEST(VeskaInpReader, GrammarKeysAndChecksAfterReading)
+{
+    const std::string long_text(5000, 'n');
+    auto v = read_inp("temp = 111\n"  // outside the blocks: ignored
+                      "&qc_inp_append\n%chk=a\n / kept\n/ ends\n"
+                      "&TRANSPORT ! a blank before the comment: not a header\nnsimu = 1\n/\n"
+                      "&transport!header\n"
+                      "  QC_Method = 'b3lyp' ! functional\n"
+                      "  mater_name = \"my 'mat'\"   # note\n"
+                      "  ! nsimu = 5\n  # nsimu = 6\n  no equals sign here\n"
+                      "\tqueue_name\t=\tlong # q ! r\r\n"
+                      "super-cell = 2 2 1\nnei_scell = 4 5\nmodule_gaussian = g16\ngaussian_ppn = 16\n"
+                      "memory = 100\nsched_type = lsf\nnodelist = alpha,beta\nmodule_mpich2 = " + long_text +
+                      "\nsched_job_array = 0\nvector_b = 1 2 3.5\nhomo_adjustment = 1 -2\nhomo_adjustment = 3\n"
+                      "lat_site_energy = 1\nscratch = '/scr'\nratetype = marcus\nHL_unique_mol = 0\n"
+                      "molecule = 2 a.mol b.mol c.mol\n/\n"
+                      "&transport\ntsimu = 5.5e2\n/\nnsimu = 7\n"
+                      "&Gaussian.Append\npop=full\r\nlast line without end");
+    EXPECT_EQ(v->qc_inp_append, "%chk=a\n / kept\npop=full\r\nlast line without end");
+    EXPECT_EQ(v->qc_method + v->mater_name + v->queue_name, "b3lypmy matlong");
+    EXPECT_EQ(v->nsimu, 2000);
+    EXPECT_DOUBLE_EQ(v->temp + v->tsimu, 850.0);
+    EXPECT_EQ(v->super_cell[0] * 100 + v->super_cell[2], 201);
+    EXPECT_EQ(v->nei_scell[1] * 10 + v->nei_scell[2], 53);  // the third is not given: unchanged
+    EXPECT_TRUE(v->module_gau_flag && v->module_mpich2_gnu_flag && !v->sched_job_array);
+    EXPECT_EQ(v->module_qc + v->module_mpich2, "g16" + long_text);
+    EXPECT_EQ(v->run_ppn + v->qc_memory + v->lat_site_energy, 117);
+    EXPECT_DOUBLE_EQ(v->latt_vec[1][2], 3.5);
+    EXPECT_EQ(v->homo_adjustment, (std::vector<int>{1, -2, 3}));
+    EXPECT_EQ(v->scratch, "'/scr'");  // stripped text keeps its quotes
+    EXPECT_EQ(v->mol_files, (std::vector<std::string>{"a.mol", "b.mol"}));
+    EXPECT_EQ(v->nmols * 10 + v->input_kind, 21);
+    // after reading: default data-file name, LSF node list, uniqueness copies, lines freed
+    EXPECT_EQ(v->veska_dat_file + "|" + v->nodelist, "veska-marcus.dat|alpha beta");
+    EXPECT_FALSE(v->unique_uc_mol_one_calc_flag || v->unique_nei_mol_one_calc_flag || v->unique_2mol_calc_flag);
+    EXPECT_TRUE(v->unique_RE_calc_flag && v->lines.empty() && v->nlines == 0);
+
+    // Keys whose effect depends on order and case.
+    auto a = read_inp("&transport\nqc_basis_re = def2-svp\nqc_basis = 6-31g\n/\n");
+    auto b = read_inp("&transport\nbasis_name = 6-31g\nbasis_name_re = def2-svp\n/\n");
+    EXPECT_EQ(a->qc_basis + " " + a->qc_basis_re + " " + b->qc_basis + " " + b->qc_basis_re, "6-31g 6-31g 6-31g def2-svp");
+    EXPECT_EQ(read_inp("&transport\nqc_exe = /opt/orca/orca\ncompute_engine = 2\n/\n")->qc_exe, "fullpath/orca");
+    EXPECT_EQ(read_inp("&transport\ncompute_engine = 2\ngaussian_exe = /o/orca\n/\n")->qc_exe, "/o/orca");
+    auto w = read_inp("&transport\nsched_type = LSF\nnodelist = a,b\nRE_unique_mol = 0\nveska_dat_file = r.dat\n/\n");
+    EXPECT_EQ(w->nodelist + " " + w->veska_dat_file, "a,b r.dat");
+    EXPECT_FALSE(w->unique_RE_calc_flag);
+}
+
+// The environment lies between the defaults and the file (veska.inp only);
+// the crystal key reads the crystal at once.
+TEST(VeskaInpReader, EnvironmentCrystalKeyAndTheOldLineGrammar)
+{
+    ScratchDir dir;
+    clear_veska_environment();
+    setenv("VESKA_JOB_QUEUE", "envq", 1);
+    setenv("VESKA_QC_PPN", "12", 1);
+    const std::string cif = data_file("benzene_cod2100348.cif");
+    put_file("veska.inp", "&transport\nqc_ppn = 4\ncrystal = " + cif + "  \n/\n");
+    put_file("config.inp", "# comment\n   ! comment\ndo_prepare 0\ndo_HL  0 ! off\n"
+                           "temp\t350\n"  // a tab does not separate: ignored
+                           "tsimu 12.5\nmater_name \"a 'b'\"\nQC_EXE\t g16\nbasis_name 6-31g\n"
+                           "latt_site_energy 1\nmolecule 1 m.mol\n\nnoblank\n");
+    VeskaInp v, c;
+    v.read_veska_inp("veska.inp", false);
+    testing::internal::CaptureStdout();
+    c.read_config_inp("config.inp", false);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Reading config file \"config.inp\" ... \n");
+    clear_veska_environment();
+    EXPECT_EQ(v.queue_name + std::to_string(v.run_ppn), "envq4");
+    EXPECT_TRUE(v.input_kind == 2 && v.cif_loaded && v.crystal_file == cif);
+    EXPECT_EQ(v.natoms_cif, 48);
+    EXPECT_DOUBLE_EQ(c.do_transport_prepare + c.do_transport_submit_HL_job + c.temp + c.tsimu + c.lat_site_energy, 313.5);
+    EXPECT_EQ(c.mater_name + c.qc_exe + " " + c.qc_basis_re, "a 'b'g16 6-31g");
+    EXPECT_EQ(c.mol_files, (std::vector<std::string>{"m.mol"}));
+    EXPECT_EQ(c.queue_name + c.veska_dat_file, "workq");  // no environment, no default data-file name here
+}
+
+static void read_in_child(const char* file, const std::string& text)
+{
+    clear_veska_environment();
+    child_with_file(file, text);
+    VeskaInp v;
+    file[0] == 'v' ? v.read_veska_inp(file, false) : v.read_config_inp(file, false);
+}
+
+TEST(ConfigReaderDeathTest, Errors)
+{
+    ScratchDir dir;
+    auto inp = [](const std::string& t) { read_in_child("veska.inp", t); };
+    auto cfg = [](const std::string& t) { read_in_child("config.inp", t); };
+    const auto fail = testing::ExitedWithCode(255);
+    EXPECT_EXIT(inp("&transport\n Qc_Exe2 = x\n/\n"), fail, "^\nERROR  transport : veska_inp : line 649 : "
+                "\n\nUnknown parameter \"Qc_Exe2\" in file veska.inp!!!\n\n$");
+    EXPECT_EXIT(inp("&transport\n= x\n/\n"), fail, "Unknown parameter \"\" in file veska.inp!!!");
+    EXPECT_EXIT(inp("&transport\ncompute_engine = 3\n/\n"), testing::ExitedWithCode(1),
+                "line 740 : \nIncomptiable settings:\n  The compute_engine = 3, while qc_exe is set "
+                "to g09\n  1 - Gaussian, 2 - ORCA, 3 - QCHEM\n$");
+    EXPECT_EXIT(inp("&transport\nqc_exe = orca\n/\n"), testing::ExitedWithCode(1),
+                "line 716 : \nIncomptiable settings:\n  The compute_engine = 1, while qc_exe is set to orca\n");
+    EXPECT_EXIT(inp("&transport\ncompute_engine = 2\nqc_exe = g16\n/\n"), testing::ExitedWithCode(1),
+                "line 728 : \nIncomptiable settings:\n");
+    EXPECT_EXIT(inp("&transport\nmolecule = 3 a.mol b.mol\n/\n"), fail,
+                "The key molecule announces 3 MOL files but names 2 in file veska.inp");
+    EXPECT_EXIT(cfg("lat_site_energy 1\n"), fail, "line 1119 : \n\nUnknown parameter \"lat_site_energy\" "
+                "in file config.inp!!!\n\nLook up the conf.out for available parameters.\n$");
+    EXPECT_EXIT(cfg("do_transport_prepare 1\n"), fail, "Unknown parameter \"do_transport_prepare\"");
+    VeskaInp v;
+    for (const char* path : {"missing.inp", "."}) {
+        EXPECT_EXIT((dup2(2, 1), v.read_veska_inp(path, false)), fail,
+                    "line 175 : \nFailed to open input file: " + std::string(path) + "\n$");
+        EXPECT_EXIT((dup2(2, 1), v.read_config_inp(path, false)), fail,
+                    "line 799 : \nFailed to open input file \"" + std::string(path) + "\"\n$");
+    }
+}
+
+TEST(VeskaInpReader, WriteThenReadRoundTrip)
+{
+    ScratchDir dir;
+    clear_veska_environment();
+    VeskaInp out;
+    out.set_varables_default();
+    out.set_compute_engine(3);
+    out.set_environment_module_gau_flag(true);  // every kind of value off its default
+    out.module_qc = "qchem/6"; out.do_transport_run_ME = 1; out.do_transport_get_re_evc = 0;
+    out.sched_type = "slurm"; out.queue_name = "gpu"; out.nodelist = "n1 n2"; out.sched_job_array = false;
+    out.qc_basis = "6-31g(d)"; out.qc_basis_re = "def2-svp"; out.qc_memory = 8000; out.run_ppn = 24;
+    out.scratch = "/scr"; out.temp = 250.5; out.end_temp = 400; out.ratetype = "marcus";
+    out.chargetype = "h"; out.lat_cutoff = 4.5; out.nsimu = 300; out.tsnap = 2.5; out.nei_scell[0] = 2;
+    out.super_cell[1] = 3; out.latt_vec[2][0] = -1.25; out.bond_dis_scale = 1.2; out.HL_unique_mol = 0;
+    out.lat_site_energy = 1; out.output_level = 3; out.veska_dat_file = "r.dat"; out.eckart_mirror = 1;
+    out.homo_adjustment = {1, -1}; out.input_kind = 1; out.nmols = 2; out.mol_files = {"a.mol", "b.mol"};
+    VeskaInp in, v, c;
+    testing::internal::CaptureStdout();
+    ASSERT_TRUE(out.write_veska_inp("first.inp", false, false) && out.write_veska_inp_verbose("verbose.inp", 1, false) &&
+                out.write_config_inp("config.inp", 1, false));
+    in.read_veska_inp("first.inp", false);
+    ASSERT_TRUE(in.write_veska_inp("second.inp", false, false));
+    EXPECT_EQ(read_text_file("second.inp"), read_text_file("first.inp"));
+    EXPECT_FALSE(in.unique_2mol_calc_flag);
+    // The starting layouts read back too (the old one with its own reader).
+    v.read_veska_inp("verbose.inp", false);
+    c.read_config_inp("config.inp", false);
+    testing::internal::GetCapturedStdout();
+    for (VeskaInp* r : {&v, &c}) {
+        EXPECT_EQ(r->qc_exe + r->queue_name + r->qc_basis_re, "qchemgpudef2-svp");
+        EXPECT_DOUBLE_EQ(r->latt_vec[2][0] + r->nsimu, 298.75);
+        EXPECT_EQ(r->mol_files, (std::vector<std::string>{"mol1.mol", "mol2.mol"}));
+    }
+    EXPECT_EQ(v.module_qc, "qchem/6");
+}
+
+TEST(ConfigWriters, DefaultsResetSettingsButKeepSwitchesEngineAndModules)
+{
+    Transport v;  // first what the defaults leave alone, then what they reset
+    v.set_compute_engine(3);
+    v.set_environment_module_gau_flag(true);
+    v.set_environment_module_mpich2_gnu_flag(true);
+    v.do_transport_prepare = 0; v.module_qc = "qchem/6"; v.scratch = "/scratch"; v.nodelist = "n1";
+    v.mater_name = "pentacene"; v.qc_inp_append = "extra\n"; v.sched_job_array = false;
+    v.veska_dat_file = "r.dat"; v.HL_unique_mol = 0; v.bond_dis_scale = 1.3;
+    v.temp = 77; v.sched_type = "lsf"; v.run_ppn = 64; v.nmols = 4; v.tstep = 3;
+    v.latt_vec[1][1] = 0; v.nei_scell[2] = 9; v.super_cell[0] = 1;
+    v.set_varables_default();
+    EXPECT_EQ(v.mater_name + v.qc_inp_append, "pentaceneextra\n");
+    EXPECT_EQ(v.tstep, 1.0);
+    EXPECT_EQ(written(v, nullptr, 0, {}, true), edit(golden("full.inp"), {
+        {"  do_transport_prepare              = 1", "  do_transport_prepare              = 0\n"},
+        {"  nodelist        = \"\"", "  nodelist        = \"n1\"\n"},
+        {"  sched_job_array = 1", "  sched_job_array = 0\n"},
+        {"  compute_engine  = 1     ! 1 = Gaussian, 2 = ORCA, 3 = QCHEM",
+         "  compute_engine  = 3     ! 1 = Gaussian, 2 = ORCA, 3 = QCHEM\n"},
+        {"  qc_exe          = g09", "  qc_exe          = qchem\n"},
+        {"  scratch         = /tmp    ! use local disk for performance",
+         "  scratch         = /scratch    ! use local disk for performance\n"},
+        {"  # Temperature Dependence",  // with the MPI flag: no empty line after it
+         "  module_qc       = qchem/6    ! module load gaussian/g09.e01\n  # Temperature Dependence\n"},
+        {"  veska_dat_file  =   ! default to veska-ratetype.dat",
+         "  veska_dat_file  = r.dat  ! default to veska-ratetype.dat\n"},
+        {"  bond_dis_scale  = 1.15  ! for separating molecules",
+         "  bond_dis_scale  = 1.3  ! for separating molecules\n"},
+        {"  HL_unique_mol   = 1", "  HL_unique_mol   = 0\n"}}));
+}
+
+// The layouts as the command writes them are checked by the command test;
+// here what it cannot reach: other input kinds, adjustment lists, modules
+// in the old layout, number notation and the full state.
+TEST(ConfigWriters, LayoutVariantsAndFullState)
+{
+    Transport f, v;
+    f.set_varables_default();
+    const std::string full = golden("full.inp");
+    EXPECT_EQ(written(f, nullptr, 0, {}, true), full);
+    f.input_kind = 1, f.nmols = 2;
+    f.mol_files = {"p.mol", "q.mol"};  // the state, not the directory, names them
+    EXPECT_EQ(written(f, nullptr, 0, {}, true), edit(insert_before(full, "/", "  molecule        = 2 p.mol q.mol\n"),
+                                                    {{"  homo_adjustment =", "  homo_adjustment = 0 0\n"},
+                                                     {"  lumo_adjustment =", "  lumo_adjustment = 0 0\n"}}));
+    f.set_environment_module_gau_flag(true);  // without the MPI flag: an empty line follows
+    f.input_kind = 2, f.nmols = 0, f.crystal_file = "cryst/pentacene.cif";
+    EXPECT_EQ(written(f, nullptr, 0, {}, true),
+              edit(insert_before(full, "/", "  crystal         = cryst/pentacene.cif\n"),
+                   {{"  # Temperature Dependence",
+                     "  module_qc       = gaussian/g09.e01    ! module load gaussian/g09.e01\n\n"
+                     "  # Temperature Dependence\n"}}));
+
+    v.set_varables_default();
+    EXPECT_EQ(written(v, terse, 3), edit(golden("terse.inp"), {{crystal_default, ""}}));
+    EXPECT_EQ(written(v, old, 0), edit(golden("config.inp"), {{old_crystal_default, ""}}));
+    v.set_environment_module_gau_flag(true);
+    v.module_qc = "g16/c01", v.nmols = 3;  // an empty list gives one zero per molecule
+    v.lumo_adjustment = {1, -2};
+    EXPECT_EQ(written(v, verbose, 1, {"m1.mol"}),
+              edit(insert_before(golden("verbose.inp"), verbose_lat_cutoff, vector_lines),
+                   {{module_off, "  module_qc = g16/c01\n"},
+                    {"  homo_adjustment =", "  homo_adjustment = 0 0 0\n"},
+                    {"  lumo_adjustment =", "  lumo_adjustment = 1 -2\n"},
+                    {crystal_default, "  molecule        = 1 m1.mol\n"}}));
+    EXPECT_EQ(written(v, old, 1, {"z.mol"}),
+              edit(insert_before(golden("config.inp"), "qc_method       b3lyp", "module_qc   g16/c01\n\n"),
+                   {{old_crystal_default, "molecule        1 z.mol\n"}}));
+    v.set_environment_module_gau_flag(false);
+    v.temp = 300.5, v.tsimu = 1e7, v.tsnap = 1000000.0, v.lat_cutoff = 12.3456789;
+    EXPECT_EQ(written(v, terse, 2), edit(golden("terse.inp"), {
+        {module_off, "#  module_qc = g16/c01\n"},  // commented out, with its value
+        {"  temp            = 300", "  temp            = 300.5\n"},
+        {"  tsimu           = 1000    ! in ns", "  tsimu           = 1e+07    ! in ns\n"},
+        {"  tsnap           = 5", "  tsnap           = 1e+06\n"},
+        {terse_lat_cutoff, "  lat_cutoff      = 12.3457       ! for neighbor list construction\n"}}));
+}
+
+TEST(ConfigWriters, DataDirectoryAndUnopenableFile)
+{
+    ScratchDir dir;
+    Transport v;
+    v.set_varables_default();
+    v.data_dir = "out";
+    testing::internal::CaptureStdout();
+    EXPECT_TRUE(v.write_veska_inp_terse("veska.inp", 2, true));
+    EXPECT_TRUE(v.write_config_inp("c.inp", 2, true));  // the directory is reused
+    EXPECT_TRUE(v.write_veska_inp("f.inp", true, true));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Writing config file \"out/veska.inp\" ... \n"
+              "Writing config file \"out/c.inp\" ... \nWriting config file \"out/f.inp\" ... \n");
+    struct stat st;
+    ASSERT_EQ(stat("out", &st), 0);
+    EXPECT_EQ(st.st_mode & 07777, 0750u & ~static_cast<unsigned>(umask(umask(0))));
+    EXPECT_EQ(read_text_file("out/veska.inp"), golden("terse.inp"));
+    EXPECT_EQ(names("."), "out");
+    v.data_dir = "no/such/dir";  // one level only: parents are not created
+    testing::internal::CaptureStdout();
+    for (Writer w : {terse, verbose, old}) EXPECT_FALSE((v.*w)("missing/x.inp", 1, false));
+    EXPECT_FALSE(v.write_veska_inp("missing/full.inp", false, true));
+    EXPECT_FALSE(v.write_veska_inp_terse("veska.inp", 2, true));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(names("."), "out");
+}
+
+namespace {
+
+std::string quoted(const std::string& s)
+{
+    std::string q = "'";
+    for (char c : s) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return q + "'";
+}
+
+// Runs the command as `argv0 args...` without the VESKA_* variables of this
+// process, with `env` added; returns the exit status and the output.
+std::pair<int, std::string> run_command(const std::vector<std::string>& args, const std::vector<std::string>& env = {},
+                                        const std::string& argv0 = VESKA_INP_EXE)
+{
+    std::string line = "exec env";
+    for (const char* name : kEnvironment) line += std::string(" -u ") + name;
+    for (const std::string& e : env) line += " " + quoted(e);
+    line += " bash -c 'exec -a \"$0\" " VESKA_INP_EXE " \"$@\"' " + quoted(argv0);
+    for (const std::string& a : args) line += " " + quoted(a);
+    std::string out;
+    int status = run(line, &out);
+    return {status, out};
+}
+
+const std::string start = "*** Transport Veska Input Generation ...\n";
+const std::string done = "Writting run script file 'run.sh' ...\n*** Succsessfully done.\n";
+const std::string plain = start + "Writing config file \"veska.inp\" ... \n" + done;
+
+std::string writing(const std::string& file) { return "Writing config file \"" + file + "\" ... \n"; }
+std::string warning(const std::string& name, const std::string& value)
+{
+    return "WARNING: " + name + " value \"" + value + "\" holds '!', '#' or '=' and will not read back "
+           "the same from the configuration file\n";
+}
+std::string config(const std::string& f) { return "  veska_transport_inp Output config file is " + f + "\n"; }
+
+}  // namespace
+
+TEST(Command, OptionsAndEnvironment)
+{
+    const std::string terse = golden("terse.inp"), verbose = golden("verbose.inp");
+    const std::string verbose_mol =
+        edit(insert_before(verbose, verbose_lat_cutoff, vector_lines), {{crystal_default, "  molecule        = 2 mol1.mol mol2.mol\n"}});
+    const std::string terse_mol = insert_before(terse, terse_lat_cutoff, vector_lines);
+    struct Case {
+        std::vector<std::string> args, env, files;  // files present before the run
+        std::string out, file, text;                // file "" : none written
+    } cases[] = {
+        {{}, {}, {}, plain, "veska.inp", terse},
+        {{}, {}, {"y.cif", "x.cif", "a.mol"}, plain, "veska.inp",  // the first CIF by name
+         edit(terse, {{crystal_default, "  crystal         = x.cif\n"}})},
+        {{"-config", "my.inp", "-verbose", "-mol"}, {}, {"run.sh"},
+         config("my.inp") + start + writing("my.inp") + done, "my.inp", verbose_mol},
+        // prefixes select the first entry they begin with; unknown words and a bare "-c" are ignored
+        {{"-c", "-configfile", "-x.inp", "-molecule", "-verbosely", "--mol", "zzz"}, {}, {},
+         config("-x.inp") + start + writing("-x.inp") + done, "-x.inp", verbose_mol},
+        {{"-verbose", "-mol", "-terse", "-cif", "-qchem", "-orca"}, {}, {}, plain, "veska.inp",
+         edit(terse, {{engine_line, "  compute_engine  = 2      ! 1 = Gaussian, 2 = ORCA, 3 = QCHEM\n"},
+                      {exe_line, "  qc_exe          = fullpath/orca    ! g09/g16 or fullpath/orca or qchem\n"}})},
+        {{"-config", "a.inp", "-config", "b.inp"}, {}, {},
+         config("a.inp") + config("b.inp") + start + writing("b.inp") + done, "b.inp", terse},
+        {{"-verbose", "-config"}, {}, {}, "WARNING: -config needs a file name; keeping veska.inp\n" + plain,
+         "veska.inp", verbose},
+        {{"-config", "no/such/dir.inp"}, {}, {}, config("no/such/dir.inp") + start + done, "", ""},
+        // the old format ignores name, kind, engine, environment and module flag
+        {{"-oldconfig", "-orca", "-config", "x.inp", "-cif", "-module"},
+         {"VESKA_QC_EXE=/opt/g16", "VESKA_MODULE_QC=g16"}, {},
+         config("x.inp") + start + writing("config.txt") + done, "config.txt",
+         edit(golden("config.inp"), {{old_crystal_default, "molecule        2 mol1.mol mol2.mol\n"}})},
+        {{"-module"}, {}, {}, plain, "veska.inp", edit(terse, {{module_off, "  module_qc = gaussian/g09.e01\n"}})},
+        {{}, {"VESKA_MODULE_QC="}, {}, plain, "veska.inp", edit(terse, {{module_off, "  module_qc = \n"}})},
+        {{"-qchem", "-mol"},
+         {"VESKA_JOB_SCHED=slurm", "VESKA_JOB_QUEUE=gpu", "VESKA_QC_EXE=/opt/qc/bin/qchem",
+          "VESKA_QC_NODES=abc", "VESKA_QC_PPN= 16x", "VESKA_MODULE_QC=qchem/5.4"},
+         {"b.mol", "a.mol"}, plain, "veska.inp",
+         edit(terse_mol, {{"  sched_type      = pbs    ! pbs, slurm, lsf, or local",
+                           "  sched_type      = slurm    ! pbs, slurm, lsf, or local\n"},
+                          {"  queue_name      = workq", "  queue_name      = gpu\n"},
+                          {engine_line, "  compute_engine  = 3      ! 1 = Gaussian, 2 = ORCA, 3 = QCHEM\n"},
+                          {exe_line, "  qc_exe          = /opt/qc/bin/qchem    ! g09/g16 or fullpath/orca or qchem\n"},
+                          {module_off, "  module_qc = qchem/5.4\n"},
+                          {"  qc_nodes        = 1", "  qc_nodes        = 0\n"},
+                          {"  qc_ppn          = 8", "  qc_ppn          = 16\n"},
+                          {crystal_default, "  molecule        = 2 a.mol b.mol\n"}})},
+        // values that would not read back are written as given, with a warning
+        {{}, {"VESKA_QC_EXE=g16 ! fast", "VESKA_JOB_QUEUE=q#1"}, {},
+         start + warning("VESKA_JOB_QUEUE", "q#1") + warning("VESKA_QC_EXE", "g16 ! fast") +
+             writing("veska.inp") + done, "veska.inp",
+         edit(terse, {{"  queue_name      = workq", "  queue_name      = q#1\n"},
+                      {exe_line, "  qc_exe          = g16 ! fast    ! g09/g16 or fullpath/orca or qchem\n"}})},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(c.args) + testing::PrintToString(c.env));
+        ScratchDir dir;
+        for (const std::string& f : c.files) put_file(f, "x\n");
+        auto r = run_command(c.args, c.env);
+        EXPECT_EQ(r.first, 0);
+        EXPECT_EQ(r.second, c.out);
+        EXPECT_EQ(c.file.empty() ? c.text : read_text_file(c.file), c.text);
+        EXPECT_EQ(read_text_file("run.sh"), "#!/bin/sh\n\npython $VESKA_ROOT/bin/veska.py &> log &\n\n");  // truncated
+        std::set<std::string> want(c.files.begin(), c.files.end());  // nothing else written
+        want.insert({"run.sh", c.file.empty() ? "run.sh" : c.file});
+        std::string listing;
+        for (const std::string& f : want) listing += (listing.empty() ? "" : " ") + f;
+        EXPECT_EQ(names("."), listing);
+    }
+}
+
+// Banner and usage, with the program named after the last "/" or "\\".
+TEST(Command, HelpPrintsTitleAndUsageAndWritesNothing)
+{
+    ScratchDir dir;
+    const std::string usage = golden("usage.txt"), exe = "veska_transport_inp";
+    for (const auto& [opt, argv0, name] : {std::tuple<std::string, std::string, std::string>{"-h", VESKA_INP_EXE, exe},
+                                          {"-help", VESKA_INP_EXE, exe}, {"-hx", VESKA_INP_EXE, exe},
+                                          {"--help", "C:\\tools\\vinp", "vinp"}, {"-h", "plain", "plain"}}) {
+        auto r = run_command({"-mol", opt, "-config"}, {}, argv0);
+        EXPECT_EQ(r.first, 0);
+        std::string want = usage;
+        for (size_t at = 0; (at = want.find(exe, at)) != std::string::npos; at += name.size())
+            want.replace(at, exe.size(), name);
+        EXPECT_EQ(r.second, want) << argv0;
+    }
+    EXPECT_TRUE(fs::is_empty("."));
+}
