@@ -1,5 +1,6 @@
 # The writers' files read back by programs from outside the project
-# (OpenBabel, gemmi, ASE, pymatgen); skips (77) when one is missing.
+# (OpenBabel, gemmi, ASE, pymatgen); skips (77) when one is missing, fails
+# instead under CI=true.
 add_executable(veska_readback_generate ${CMAKE_CURRENT_SOURCE_DIR}/readback/generate_readback.cpp)
 target_link_libraries(veska_readback_generate PRIVATE veska_transport)
 
@@ -19,6 +20,6 @@ if(VESKA_SYSTEM_PYTHON3)
            ${CMAKE_CURRENT_SOURCE_DIR}/readback/check_readback.py
            $<TARGET_FILE:veska_readback_generate> ${crystals})
 else()
-  add_test(NAME writers_readback COMMAND sh -c "echo 'SKIP: no python3 for the read-back'; exit 77")
+  add_test(NAME writers_readback COMMAND sh -c "echo 'SKIP: no python3 for the read-back (a failure under CI=true)'; [ \"$CI\" != true ] && exit 77")
 endif()
 set_tests_properties(writers_readback PROPERTIES SKIP_RETURN_CODE 77)

@@ -2,7 +2,11 @@
 # Lints every generated job script: bash -n and shellcheck at error level.
 # Usage: shellcheck_job_scripts.sh <test runner>
 if ! command -v shellcheck >/dev/null 2>&1; then
-    echo "shellcheck is not installed: skipping the job-script lint"
+    if [ "${CI:-}" = true ]; then
+        echo "FAIL: shellcheck is not installed, and CI=true needs the job-script lint"
+        exit 1
+    fi
+    echo "SKIP: shellcheck is not installed: skipping the job-script lint"
     exit 77
 fi
 dir=$(mktemp -d) || exit 1

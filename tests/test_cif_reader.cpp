@@ -3,30 +3,20 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include "fileio.h"
 #include "test_support.h"
 
-static const char* kCell =
-    "_cell_length_a 10.0\n_cell_length_b 10.0\n_cell_length_c 10.0\n"
-    "_cell_angle_alpha 90\n_cell_angle_beta 90\n_cell_angle_gamma 90\n";
+static const std::string kCell = "_cell_length_a 10.0\n_cell_length_b 10.0\n_cell_length_c 10.0\n"
+                                 "_cell_angle_alpha 90\n_cell_angle_beta 90\n_cell_angle_gamma 90\n";
+static const std::string kAtomTags = "loop_\n_atom_site_label\n_atom_site_type_symbol\n_atom_site_fract_x\n"
+                                     "_atom_site_fract_y\n_atom_site_fract_z\n";
+static const std::string kOneAtom = kAtomTags + "C1 C 0.1 0.2 0.3\n";
+static const std::string kHead = kCell + "loop_\n_symmetry_equiv_pos_as_xyz\nx,y,z\n";
+// A bond loop headed by a tag that is not an atom-site tag.
+static const std::string kBonds = "loop_\n_ccdc_geom_bond_type\n_geom_bond_atom_site_label_1\n"
+                                  "_geom_bond_atom_site_label_2\n_geom_bond_distance\n_geom_bond_site_symmetry_2\n";
 
-static const char* kOneAtom =
-    "loop_\n_atom_site_label\n_atom_site_type_symbol\n_atom_site_fract_x\n"
-    "_atom_site_fract_y\n_atom_site_fract_z\nC1 C 0.1 0.2 0.3\n";
-
-static const char* kIdentity = "loop_\n_symmetry_equiv_pos_as_xyz\nx,y,z\n";
-
-// A bond loop headed by a tag that contains "_atom_site", and one that is not.
-static const char* kBondsByLabel =
-    "loop_\n_geom_bond_atom_site_label_1\n_geom_bond_atom_site_label_2\n"
-    "_geom_bond_distance\n_geom_bond_site_symmetry_2\n_ccdc_geom_bond_type\n";
-static const char* kBondsByType =
-    "loop_\n_ccdc_geom_bond_type\n_geom_bond_atom_site_label_1\n"
-    "_geom_bond_atom_site_label_2\n_geom_bond_distance\n_geom_bond_site_symmetry_2\n";
-
-// Reads `text` as a CIF in a scratch directory; returns what was printed.
+// Reads `text` as t.cif in a scratch directory; returns what was printed.
 static std::string read_cif_text(FileIO& io, const std::string& text, bool verbose = false)
 {
     ScratchDir dir;
@@ -36,229 +26,136 @@ static std::string read_cif_text(FileIO& io, const std::string& text, bool verbo
     return testing::internal::GetCapturedStdout();
 }
 
-TEST(CifScanner, RuleOrderDecidesBetweenTagsThatContainOneAnother)
+TEST(CifScanner, RuleOrderTextFieldsAndLongLines)
 {
-    FileIO io;
-    read_cif_text(io, std::string("DATA_abc\n") +
-                          "_chemical_name_common 'pentacene'\n" +
-                          // rule 4 wins over rules 7 and 8 on the same line
-                          "_chemical_name_common '_cell_length_a 3 loop_'\n" +
-                          "_symmetry_space_group_name_H-M_alt 'P 1 21/c 1'\n" + kCell +
-                          kIdentity + kOneAtom);
-    EXPECT_EQ(io.chemical_name, "_cell_length_a 3 loop_");
-    EXPECT_EQ(io.identifier, "_cell_length_a 3 loop_");
-    EXPECT_EQ(io.space_group_name, "'P 1 21/c 1'");
+    FileIO io;  // the chemical-name rule wins over the cell and loop rules on its line
+    read_cif_text(io, "DATA_abc\n_chemical_name_common 'pentacene'\n_chemical_name_common '_cell_length_a 3 loop_'\n"
+                      "_symmetry_space_group_name_H-M_alt 'P 1 21/c 1'\n" + kHead + kOneAtom);
+    EXPECT_EQ(io.chemical_name + "|" + io.identifier + "|" + io.space_group_name,
+              "_cell_length_a 3 loop_|_cell_length_a 3 loop_|'P 1 21/c 1'");
     EXPECT_DOUBLE_EQ(io.cell_latt[0], 10.0);
-
     FileIO named;
-    read_cif_text(named, std::string("data_abc\n_chemical_name_common \"pentacene\" \n") + kCell +
-                             kIdentity + kOneAtom);
-    EXPECT_EQ(named.identifier, "pentacene");
-    EXPECT_EQ(named.chemical_name, "pentacene");
-
-    // "data_" wins over the cell tag that follows it on the line.
-    FileIO data;
-    read_cif_text(data, std::string("data__cell_length_a 3\n") + kCell + kIdentity + kOneAtom);
+    read_cif_text(named, "data_abc\n_chemical_name_common \"pentacene\" \n" + kHead + kOneAtom);
+    EXPECT_EQ(named.identifier + named.chemical_name, "pentacenepentacene");
+    FileIO data;  // "data_" wins over the cell tag that follows it on the line
+    read_cif_text(data, "data__cell_length_a 3\n" + kHead + kOneAtom);
     EXPECT_EQ(data.identifier, "_cell_length_a 3");
     EXPECT_DOUBLE_EQ(data.cell_latt[0], 10.0);
+
+    const std::string longline(100000, 'x');  // text fields hide tags; no line is too long
+    FileIO text;
+    read_cif_text(text, "data_t\n;\n_cell_length_a 99\n loop_\n" + longline + "\n;\n_chemical_name_common " + longline +
+                            "\n" + kHead + kOneAtom);
+    EXPECT_DOUBLE_EQ(text.cell_latt[0], 10.0);
+    EXPECT_EQ(text.chemical_name.size(), longline.size());
+    EXPECT_EQ(text.natoms_cif, 1);
+    FileIO open;
+    EXPECT_NE(read_cif_text(open, kHead + "\n;never closed\n" + kOneAtom)
+                  .find("WARNING: the text field opened at line 11 of crystal file \"t.cif\""), std::string::npos);
+    EXPECT_EQ(open.natoms_cif, 0);
 }
 
 TEST(CifScanner, OperatorLoopsOfEveryDialect)
 {
-    const struct {
-        const char* what;
-        std::string loop;
-        size_t count;
-    } cases[] = {
-        {"with site id", "loop_\n_symmetry_equiv_pos_site_id\n_symmetry_equiv_pos_as_xyz\n"
-                         "1 x,y,z\n2 '-x, y+1/2, -z'\n\n", 2},
-        {"quoted, blanks and CR LF", "loop_\n_space_group_symop_operation_xyz\n'x, y, z'\n"
-                                     "  '-x, y+1/2, -z'  \r\n", 2},
-        {"next loop right after the rows", "loop_\n_symmetry_equiv_pos_as_xyz\n'x, y, z'\n"
-                                           "'-x, y+1/2, -z'\n", 2},
-        {"empty line before the first row", "loop_\n_symmetry_equiv_pos_as_xyz\n\r\nx,y,z\n"
-                                            "-x,y+1/2,-z\n\n", 2},
-        {"symop id first: not an operator loop",
-         "loop_\n_space_group_symop_id\n_space_group_symop_operation_xyz\n1 x,y,z\n\n", 0},
+    const std::pair<std::string, size_t> cases[] = {
+        {"loop_\n_symmetry_equiv_pos_site_id\n_symmetry_equiv_pos_as_xyz\n1 x,y,z\n2 '-x, y+1/2, -z'\n\n", 2},
+        {"loop_\n_space_group_symop_operation_xyz\n'x, y, z'\n  '-x, y+1/2, -z'  \r\n", 2},  // next loop right after
+        {"loop_\n_symmetry_equiv_pos_as_xyz\n\r\nx,y,z\n-x,y+1/2,-z\n\n", 2},  // empty line before the first row
+        {"loop_\n_space_group_symop_id\n_space_group_symop_operation_xyz\n1 x,y,z\n\n", 0},  // id first: not one
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
+    for (const auto& [loop, count] : cases) {
+        SCOPED_TRACE(loop);
         FileIO io;
-        std::string out = read_cif_text(io, kCell + c.loop + kOneAtom);
-        ASSERT_EQ(io.symm_ops.size(), c.count);
-        EXPECT_EQ(io.natoms_cif, (int)c.count);
-        if (c.count) {
+        std::string out = read_cif_text(io, kCell + loop + kOneAtom);
+        ASSERT_EQ(io.symm_ops.size(), count);
+        EXPECT_EQ(io.natoms_cif, (int)count);
+        if (count) {
             EXPECT_EQ(io.symm_ops[1], "-x,y+1/2,-z");
             continue;
         }
         EXPECT_EQ(io.cif_atoms.label.size(), 1u);
-        EXPECT_NE(out.find("WARNING: no symmetry operator was recognised in crystal file \"t.cif\""),
-                  std::string::npos);
+        EXPECT_NE(out.find("WARNING: no symmetry operator was recognised in crystal file \"t.cif\""), std::string::npos);
         EXPECT_TRUE(io.cif_loaded);
     }
 }
 
-TEST(CifScanner, AtomLoopEndsTheScanAtItsEmptyLine)
+TEST(CifScanner, AtomAndBondLoops)
 {
-    FileIO io;
-    read_cif_text(io, std::string(kCell) + kIdentity + kOneAtom + "\n" + kBondsByType +
-                          "S C1 C2 1.5 .\n_space_group_IT_number 99\n");
+    FileIO io;  // the atom-site loop ends the scan at its empty line
+    read_cif_text(io, kHead + kOneAtom + "\n" + kBonds + "S C1 C2 1.5 .\n_space_group_IT_number 99\n");
     EXPECT_TRUE(io.cif_bonds.atom_label_1.empty());
     EXPECT_EQ(io.space_group_number, -1);
-
-    // Before the atom-site loop a bond loop with all five columns is read.
-    FileIO bonds;
-    read_cif_text(bonds, std::string(kCell) + kIdentity + kBondsByType + "S C1 C2 1.5(2) 1_555\n" +
-                             kOneAtom);
+    FileIO bonds;  // before it, a bond loop with all five columns is read
+    read_cif_text(bonds, kHead + kBonds + "S C1 C2 1.5(2) 1_555\n" + kOneAtom);
     ASSERT_EQ(bonds.cif_bonds.distance.size(), 1u);
-    EXPECT_EQ(bonds.cif_bonds.distance[0], "1.5(2)");
-    EXPECT_EQ(bonds.cif_bonds.atom_label_2[0], "C2");
-    EXPECT_EQ(bonds.cif_bonds.bond_type[0], "S");
-    EXPECT_EQ(bonds.natoms_cif, 1);
-
+    EXPECT_EQ(bonds.cif_bonds.distance[0] + bonds.cif_bonds.atom_label_2[0] + bonds.cif_bonds.bond_type[0], "1.5(2)C2S");
     // "_geom_bond_atom_site_label_1" contains "_atom_site": the atom-site rule
-    // comes first, finds none of its columns and leaves the rows to the
-    // ordinary rules, so the row is neither a bond nor fatal.
+    // finds none of its columns and leaves the rows to the ordinary rules.
     FileIO by_label;
-    read_cif_text(by_label, std::string(kCell) + kIdentity + kBondsByLabel + "C1 C2\n" + kOneAtom);
+    read_cif_text(by_label, kHead + "loop_\n_geom_bond_atom_site_label_1\n_geom_bond_atom_site_label_2\nC1 C2\n" + kOneAtom);
     EXPECT_TRUE(by_label.cif_bonds.distance.empty());
     EXPECT_EQ(by_label.natoms_cif, 1);
-}
 
-TEST(CifScanner, AtomColumnsInAnyOrderCommentsAndCrLf)
-{
-    FileIO io;
-    read_cif_text(io, std::string(kCell) + kIdentity +
-                          "loop_\r\n_atom_site_type_symbol\r\n_atom_site_label\r\n"
-                          "_atom_site_occupancy\r\n_atom_site_fract_x\r\n_atom_site_fract_y\r\n"
-                          "_atom_site_fract_z\r\n"
-                          "Cl Cl1 1 0.1234(5) .5 -0.25\r\n"
-                          "\tH H7A* 0.5 0.1 0.2 0.3\t\r\n"
-                          "#END\r\n"
-                          "Xx Q1 1 0 0 0\r\n"
-                          " \t\r\n"
-                          "N N9 1 0 0 0\r\n");
-    ASSERT_EQ(io.cif_atoms.label.size(), 3u);
-    EXPECT_EQ(io.cif_atoms.label[0], "Cl1");
-    EXPECT_EQ(io.cif_atoms.fract_x[0], "0.1234(5)");
-    EXPECT_EQ(io.cif_atoms.label[1], "H7A*");
-    ASSERT_EQ(io.natoms_cif, 3);
-    EXPECT_EQ(io.cif_atypes[0], 17);
-    EXPECT_EQ(io.cif_atypes[1], 1);
-    EXPECT_EQ(io.cif_atypes[2], -1);
-    EXPECT_DOUBLE_EQ(io.cif_x_s[0], 0.1234);
-    EXPECT_DOUBLE_EQ(io.cif_x_s[2], 0.75);  // -0.25 brought into the cell
-    EXPECT_NEAR(io.cif_x[1], 5.0, 1e-9);    // Cartesian from the expanded cell
-}
-
-TEST(CifScanner, AtomLoopWithoutTypeSymbolIsSkipped)
-{
-    FileIO io;
-    std::string out = read_cif_text(
-        io, std::string(kCell) + kIdentity +
-                "loop_\n_atom_site_label\n_atom_site_fract_x\n_atom_site_fract_y\n"
-                "_atom_site_fract_z\nC1 0.1 0.2 0.3\n");
-    EXPECT_EQ(io.natoms_cif, 0);
-    EXPECT_NE(out.find("WARNING: no atom site was read from crystal file \"t.cif\""),
-              std::string::npos);
-}
-
-TEST(CifScanner, TextFieldsAndLongLines)
-{
-    std::string longline(100000, 'x');
-    FileIO io;
-    read_cif_text(io, std::string("data_t\n;\n_cell_length_a 99\n loop_\n") + longline +
-                          "\n;\n_chemical_name_common " + longline + "\n" + kCell + kIdentity +
-                          kOneAtom);
-    EXPECT_DOUBLE_EQ(io.cell_latt[0], 10.0);
-    EXPECT_EQ(io.chemical_name.size(), longline.size());
-    EXPECT_EQ(io.natoms_cif, 1);
-
-    FileIO open;
-    std::string out =
-        read_cif_text(open, std::string(kCell) + kIdentity + "\n;never closed\n" + kOneAtom);
-    EXPECT_EQ(open.natoms_cif, 0);
-    EXPECT_NE(out.find("WARNING: the text field opened at line 11 of crystal file \"t.cif\""),
-              std::string::npos);
+    FileIO any;  // columns in any order, comments, CR LF, unknown symbols
+    read_cif_text(any, kHead + "loop_\r\n_atom_site_type_symbol\r\n_atom_site_label\r\n_atom_site_occupancy\r\n"
+                               "_atom_site_fract_x\r\n_atom_site_fract_y\r\n_atom_site_fract_z\r\n"
+                               "Cl Cl1 1 0.1234(5) .5 -0.25\r\n\tH H7A* 0.5 0.1 0.2 0.3\t\r\n#END\r\n"
+                               "Xx Q1 1 0 0 0\r\n \t\r\nN N9 1 0 0 0\r\n");
+    ASSERT_EQ(any.natoms_cif, 3);
+    EXPECT_EQ(any.cif_atoms.label[1] + any.cif_atoms.fract_x[0], "H7A*0.1234(5)");
+    EXPECT_EQ(std::vector<int>(any.cif_atypes, any.cif_atypes + 3), (std::vector<int>{17, 1, -1}));
+    EXPECT_DOUBLE_EQ(any.cif_x_s[0], 0.1234);
+    EXPECT_DOUBLE_EQ(any.cif_x_s[2], 0.75);  // -0.25 brought into the cell
+    EXPECT_NEAR(any.cif_x[1], 5.0, 1e-9);    // Cartesian from the expanded cell
+    FileIO untyped;
+    EXPECT_NE(read_cif_text(untyped, kHead + "loop_\n_atom_site_label\n_atom_site_fract_x\n_atom_site_fract_y\n"
+                                             "_atom_site_fract_z\nC1 0.1 0.2 0.3\n")
+                  .find("WARNING: no atom site was read from crystal file \"t.cif\""), std::string::npos);
+    EXPECT_EQ(untyped.natoms_cif, 0);
 }
 
 TEST(CifScanner, VerbosePrintsAndUncertainties)
 {
     FileIO io;
-    std::string out = read_cif_text(io,
-                                    std::string("data_q\n_symmetry_space_group_name_H-M 'P 1'\n") +
-                                        "_space_group_IT_number 14\n"
-                                        "_cell_length_a 9.3056(6)\n_cell_length_b 5.9879(3)\n"
-                                        "_cell_length_c 8.4252(5)\n_cell_angle_alpha 90\n"
-                                        "_cell_angle_beta 102.620(6)\n_cell_angle_gamma 90.000(5)\n" +
-                                        kIdentity + std::string(kOneAtom) + "H1 H 0.4 0.5 0.6\n",
-                                    true);
-    const char* expected =
-        "Reading crystal file \"t.cif\" ... \n"
-        "  Identifier: q\n"
-        "  Spacegroup name: 'P 1'\n"
-        "  Spacegroup operations: \n"
-        "    x,y,z\n"
-        "  Cell lattice a = 9.3056\n"
-        "  Cell lattice b = 5.9879\n"
-        "  Cell lattice c = 8.4252\n"
-        "  Cell lattice alpha = 90\n"
-        "  Cell lattice beta  = 102.62\n"
-        "  Cell lattice gamma = 90\n"
-        "  natoms_cif = 2\n"
-        "  First atom: C1 C 0.1 0.2 0.3\n"
-        "  ...\n"
+    std::string out = read_cif_text(io, "data_q\n_symmetry_space_group_name_H-M 'P 1'\n_space_group_IT_number 14\n"
+                                        "_cell_length_a 9.3056(6)\n_cell_length_b 5.9879(3)\n_cell_length_c 8.4252(5)\n"
+                                        "_cell_angle_alpha 90\n_cell_angle_beta 102.620(6)\n_cell_angle_gamma 90.000(5)\n"
+                                        "loop_\n_symmetry_equiv_pos_as_xyz\nx,y,z\n" + kOneAtom + "H1 H 0.4 0.5 0.6\n", true);
+    const std::string expected = "Reading crystal file \"t.cif\" ... \n  Identifier: q\n  Spacegroup name: 'P 1'\n"
+        "  Spacegroup operations: \n    x,y,z\n  Cell lattice a = 9.3056\n  Cell lattice b = 5.9879\n"
+        "  Cell lattice c = 8.4252\n  Cell lattice alpha = 90\n  Cell lattice beta  = 102.62\n"
+        "  Cell lattice gamma = 90\n  natoms_cif = 2\n  First atom: C1 C 0.1 0.2 0.3\n  ...\n"
         "  Last  atom: H1 H 0.4 0.5 0.6\n";
-    EXPECT_EQ(out.substr(0, strlen(expected)), expected);
+    EXPECT_EQ(out.substr(0, expected.size()), expected);
     EXPECT_NE(out.find("Crystal file t.cif parsing done.\n"), std::string::npos);
     EXPECT_EQ(io.space_group_number, 14);
-    EXPECT_DOUBLE_EQ(io.cell_latt[4], 102.62);
-    EXPECT_TRUE(io.cif_loaded);
-    EXPECT_EQ(io.crystal_file, "t.cif");
-}
-
-static void read_quietly(const std::string& text)
-{
-    child_with_file("bad.cif", text);
-    FileIO io;
-    io.read_data_cif("bad.cif", false);
+    EXPECT_TRUE(io.cif_loaded && io.crystal_file == "t.cif");
 }
 
 TEST(CifScannerDeathTest, FatalRowsAndFiles)
 {
     ScratchDir dir;
     ASSERT_TRUE(dir.ok());
-    const std::string head = std::string(kCell) + kIdentity;
-    const std::string aniso =
-        "loop_\n_atom_site_aniso_label\n_atom_site_aniso_U_11\n_atom_site_aniso_U_22\n"
-        "_atom_site_aniso_U_33\n_atom_site_aniso_U_12\nC1 .1 .2 .3 .4\n";
-    const struct {
-        std::string text, message;
-    } cases[] = {
-        {head + kOneAtom + "C2 C 0.1 0.2\n",
-         "ERROR  transport : fileio : line [0-9]+ : \nNot enough columns: C2 C 0.1 0.2\n"
-         "At least 5 columns are expected!\n"},
-        {head + aniso + "C2 .1 .2\n" + kOneAtom,
-         "Not enough columns: C2 .1 .2\nAt least 4 columns are expected!\n"},
-        // an empty line is a row of an aniso or bond loop
-        {head + aniso + "\n" + kOneAtom, "Not enough columns: \nAt least 4 columns"},
-        {head + kBondsByType + "S C1 C2 1.5\n" + kOneAtom,
-         "Not enough columns: S C1 C2 1.5\nAt least 5 columns are expected!\n"},
-        {head + kBondsByType + "S C1 C2 1.5 .\n\n" + kOneAtom, "Not enough columns: \nAt least 5 columns"},
-        // a row shorter than the column of its type symbol
-        {head + "loop_\n_atom_site_label\n_atom_site_fract_x\n_atom_site_fract_y\n"
-                "_atom_site_fract_z\n_atom_site_U_iso_or_equiv\n_atom_site_type_symbol\n"
-                "C1 0.1 0.2 0.3 0.05\n",
+    const std::string aniso = "loop_\n_atom_site_aniso_label\n_atom_site_aniso_U_11\n_atom_site_aniso_U_22\n"
+                              "_atom_site_aniso_U_33\n_atom_site_aniso_U_12\nC1 .1 .2 .3 .4\n";
+    const std::pair<std::string, std::string> cases[] = {
+        {kHead + kOneAtom + "C2 C 0.1 0.2\n", "ERROR  transport : fileio : line [0-9]+ : \n"
+                                              "Not enough columns: C2 C 0.1 0.2\nAt least 5 columns are expected!\n"},
+        {kHead + aniso + "C2 .1 .2\n" + kOneAtom, "Not enough columns: C2 .1 .2\nAt least 4 columns are expected!\n"},
+        {kHead + aniso + "\n" + kOneAtom, "Not enough columns: \nAt least 4 columns"},  // an empty line is a row
+        {kHead + kBonds + "S C1 C2 1.5\n" + kOneAtom, "Not enough columns: S C1 C2 1.5\nAt least 5 columns are expected!\n"},
+        {kHead + kBonds + "S C1 C2 1.5 .\n\n" + kOneAtom, "Not enough columns: \nAt least 5 columns"},
+        {kHead + "loop_\n_atom_site_label\n_atom_site_fract_x\n_atom_site_fract_y\n_atom_site_fract_z\n"  // short of
+                 "_atom_site_U_iso_or_equiv\n_atom_site_type_symbol\nC1 0.1 0.2 0.3 0.05\n",  // its type column
          "At least 6 columns are expected!\n"},
-        {std::string(kIdentity) + kOneAtom, "No valid cell in crystal file \"bad.cif\""},
-        {"_cell_length_a 5\n_cell_length_b 5\n_cell_length_c 5\n_cell_angle_alpha 150\n"
-         "_cell_angle_beta 150\n_cell_angle_gamma 150\n",
-         "No valid cell in crystal file"},
+        {"loop_\n_symmetry_equiv_pos_as_xyz\nx,y,z\n" + kOneAtom, "No valid cell in crystal file \"bad.cif\""},
+        {"_cell_length_a 5\n_cell_length_b 5\n_cell_length_c 5\n_cell_angle_alpha 150\n_cell_angle_beta 150\n"
+         "_cell_angle_gamma 150\n", "No valid cell in crystal file"},
     };
-    for (const auto& c : cases)
-        EXPECT_EXIT(read_quietly(c.text), testing::ExitedWithCode(255), c.message) << c.text;
-    FileIO io;
+    for (const auto& [text, message] : cases)
+        EXPECT_EXIT((child_with_file("bad.cif", text), FileIO().read_data_cif("bad.cif", false)),
+                    testing::ExitedWithCode(255), message) << text;
     for (const char* path : {"none.cif", "."})
-        EXPECT_EXIT(io.read_data_cif(path, false), testing::ExitedWithCode(255),
+        EXPECT_EXIT(FileIO().read_data_cif(path, false), testing::ExitedWithCode(255),
                     std::string("Failed to open input file \"") + path + "\"\n");
 }

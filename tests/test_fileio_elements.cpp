@@ -7,34 +7,20 @@
 
 #include "fileio.h"
 
-TEST(FileioElements, TableShapeAndSpotValues)
+TEST(FileioElements, TableRowsAndLookUps)
 {
-    EXPECT_STREQ(element_table[0].symbol, "  ");
-    EXPECT_EQ(element_table[0].radius, 180);
-    EXPECT_DOUBLE_EQ(element_table[6].mass, 12.011);
-    EXPECT_STREQ(element_table[26].symbol, "Fe");
-    EXPECT_DOUBLE_EQ(element_radius_nw[26], 1.165);
-    EXPECT_STREQ(element_table[103].symbol, "Lr");
-    EXPECT_EQ(element_table[103].radius, 210);
-    EXPECT_DOUBLE_EQ(element_radius_nw[0], 99999.99);
-    EXPECT_DOUBLE_EQ(element_radius_nw[103], 1.34);
-    EXPECT_DOUBLE_EQ(element_radius_nw[105], 1.3);
     // Masses grow with the element number except for the known inversions
-    // (K, Ni, I, Pa, Np, Am): a cheap guard against a shifted row.
+    // (K, Ni, I, Pa, Np, Am): a guard against a shifted row.
     std::vector<int> inversions;
     for (int i = 2; i < 104; i++)
         if (element_table[i].mass < element_table[i - 1].mass) inversions.push_back(i);
     EXPECT_EQ(inversions, (std::vector<int>{19, 28, 53, 91, 93, 95}));
-}
+    EXPECT_STREQ(element_table[103].symbol, "Lr");
+    EXPECT_DOUBLE_EQ(element_radius_nw[105], 1.3);
 
-TEST(FileioElements, LookUps)
-{
     FileIO f;
-    const struct {
-        const char* name;
-        int index;
-    } by_name[] = {{"cl", 17}, {"CL", 17}, {"C", 6}, {"c", 6}, {"Ca2+", 20},
-                   {"C1", -1}, {"Xx", -1}, {" ", 0}, {"", -1}};
+    const struct { const char* name; int index; } by_name[] = {
+        {"cl", 17}, {"CL", 17}, {"C", 6}, {"c", 6}, {"Ca2+", 20}, {"C1", -1}, {"Xx", -1}, {" ", 0}, {"", -1}};
     for (auto& c : by_name) EXPECT_EQ(f.find_element_index_from_name(c.name), c.index) << c.name;
     EXPECT_DOUBLE_EQ(f.find_element_radius_from_name("Xx"), 9999.99);
     EXPECT_DOUBLE_EQ(f.find_element_radius_from_name("s"), 1.04);
@@ -47,17 +33,14 @@ TEST(FileioElements, LookUps)
     f.find_element_name_from_index(7, out);
     EXPECT_EQ(std::string(out, 3), std::string("N\0z", 3));
     // By mass the blank of one-letter symbols is kept; nothing near 0.05 or 500.
-    const struct {
-        double mass;
-        const char* name;
-    } by_mass[] = {{12.0, "C "}, {0.05, "A "}, {35.45, "Cl"}, {500.0, "A "}};
+    const struct { double mass; const char* name; } by_mass[] = {{12.0, "C "}, {0.05, "A "}, {35.45, "Cl"}, {500.0, "A "}};
     for (auto& c : by_mass) {
         f.find_element_name_from_mass(c.mass, out);
         EXPECT_STREQ(out, c.name) << c.mass;
     }
 }
 
-TEST(FileioCell, TriclinicVectorsAndRoundTrip)
+TEST(FileioCell, TriclinicVectorsRoundTripAndWraps)
 {
     FileIO f;
     double abc[3] = {7.9, 6.0, 11.1};
@@ -75,9 +58,7 @@ TEST(FileioCell, TriclinicVectorsAndRoundTrip)
     EXPECT_NEAR(angle(b, c), 101.9, 1e-9);
     EXPECT_NEAR(angle(a, c), 112.6, 1e-9);
     EXPECT_NEAR(angle(a, b), 85.8, 1e-9);
-    EXPECT_EQ(a[1], 0.0);
-    EXPECT_EQ(a[2], 0.0);
-    EXPECT_EQ(b[2], 0.0);
+    EXPECT_EQ(std::vector<double>({a[1], a[2], b[2]}), std::vector<double>(3, 0.0));
     double in[3] = {0.2, -0.3, 0.7}, out[3];
     f.coord_f2c(in, out);
     f.coord_c2f(out, out);  // same vector in and out
@@ -87,30 +68,16 @@ TEST(FileioCell, TriclinicVectorsAndRoundTrip)
     EXPECT_NEAR(x, latt[0][0] * 0.2 - latt[0][1] * 0.3 + latt[0][2] * 0.7, 1e-12);  // columns a, b, c
     f.coord_c2f(x, y, z);
     EXPECT_NEAR(y, -0.3, 1e-12);
-}
 
-TEST(FileioCell, PeriodicWraps)
-{
-    FileIO f;
-    double s[3] = {-0.2, 1.0, -1.2};
+    // Positions wrap once into [0, 1); displacements to the nearest image.
+    double s[3] = {-0.2, 1.0, -1.2}, d[3] = {0.7, -0.5, 0.5}, e[3] = {1.7, -1.7, 0.0};
     f.PBC_scaled_x_wrap(s);
-    EXPECT_NEAR(s[0], 0.8, 1e-15);
-    EXPECT_EQ(s[1], 0.0);
-    EXPECT_NEAR(s[2], -0.2, 1e-15);  // wrapped once only
-    double d[3] = {0.7, -0.5, 0.5}, e[3] = {1.7, -1.7, 0.0};
     f.PBC_scaled_disp_wrap(d);
     f.PBC_scaled_disp_wrap(e);
-    EXPECT_NEAR(d[0], -0.3, 1e-15);
-    EXPECT_EQ(d[1], -0.5);
-    EXPECT_EQ(d[2], 0.5);
-    EXPECT_NEAR(e[0], 0.7, 1e-15);
-    EXPECT_NEAR(e[1], -0.7, 1e-15);
-}
-
-TEST(FileioDefaults, OrcaOutputBlock)
-{
-    EXPECT_EQ(FileIO().orca_output_block,
-              "%output\n  PrintLevel=Normal\n  Print[ P_Basis       ] 2\n"
-              "  Print[ P_Overlap     ] 1\n  Print[ P_OrbEn       ] 1\n"
-              "  Print[ P_MOs         ] 1\nend\n");
+    const double want[9] = {0.8, 0.0, -0.2, -0.3, -0.5, 0.5, 0.7, -0.7, 0.0};
+    for (int k = 0; k < 3; k++) {
+        EXPECT_NEAR(s[k], want[k], 1e-15) << k;
+        EXPECT_NEAR(d[k], want[3 + k], 1e-15) << k;
+        EXPECT_NEAR(e[k], want[6 + k], 1e-15) << k;
+    }
 }

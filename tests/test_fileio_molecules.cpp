@@ -1,26 +1,17 @@
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cmath>
 #include <random>
-#include <string>
-#include <vector>
 
 #include "fileio.h"
 #include "fileio_test_cell.h"
 
-namespace {
-
-void cubic(FileIO& f, double a)
+static void cubic(FileIO& f, double a)
 {
-    double cell[6] = {a, a, a, 90, 90, 90};
-    double latt[3][3];
+    double cell[6] = {a, a, a, 90, 90, 90}, latt[3][3];
     f.cell_cell6_to_latt3x3(cell, latt);
 }
-
-}  // namespace
 
 TEST(Separation, InterleavedAcrossTheFaceAndAtTheLimit)
 {
@@ -32,11 +23,9 @@ TEST(Separation, InterleavedAcrossTheFaceAndAtTheLimit)
     testing::internal::CaptureStdout();
     f.separate_cif_molecules(true);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "  Unit cell nmols  = 2\n  Unit cell natoms = 3 2\n");
+    f.separate_cif_molecules(false);  // again: the same lists, not doubled ones
     EXPECT_EQ(f.mol_natoms_list, (std::vector<int>{3, 2}));
     EXPECT_EQ(f.mol_atom_list, (std::vector<int>{0, 4, 2, 1, 3}));
-    f.separate_cif_molecules(false);  // again: the same lists, not doubled ones
-    EXPECT_EQ(f.mol_atom_list.size(), 5u);
-
     load_test_cell(f, {0.98, 0.5, 0.5, 0.5, 0.5, 0.5, 0.02, 0.5, 0.5}, 0.35);
     f.separate_cif_molecules(false);
     EXPECT_EQ(f.mol_atom_list, (std::vector<int>{0, 2, 1}));
@@ -55,71 +44,49 @@ TEST(Separation, InterleavedAcrossTheFaceAndAtTheLimit)
     EXPECT_EQ(f.mol_natoms_list, (std::vector<int>{2}));
 }
 
-TEST(MakeWhole, StraddlingMoleculeIsUnwrappedAndItsCentreWrapped)
+TEST(MakeWhole, StraddlingMoleculesMassWeightedCentresAndTheExactLimit)
 {
     FileIO f;
     cubic(f, 10.0);
-    int at[2] = {6, 6};
-    double x[6] = {0.98, 0.5, 0.5, 0.02, 0.5, 0.5};
+    int cc[2] = {6, 6}, oh[2] = {8, 1}, unknown[2] = {-1, 6};
+    double x[6] = {0.98, 0.5, 0.5, 0.02, 0.5, 0.5}, y[6] = {0.99, 0.5, 0.5, 0.07, 0.5, 0.5};
     testing::internal::CaptureStdout();
-    f.make_whole_molecule(1, 2, at, x, true);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "  molecule 1 COM =  1.000000  0.500000  0.500000\n");
-    EXPECT_NEAR(x[3], 1.02, 1e-12);
+    f.make_whole_molecule(1, 2, cc, x, true);
+    f.make_whole_molecule(2, 2, cc, y, true);  // centre at 1.03 once whole: the molecule moves by -1
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "  molecule 1 COM =  1.000000  0.500000  0.500000\n"
+                                                      "  molecule 2 COM =  1.030000  0.500000  0.500000\n"
+                                                      "  molecule 2 COM =  0.030000  0.500000  0.500000 (wrapped)\n");
     EXPECT_EQ(x[0], 0.98);
-
-    // Centre at 1.03 after unwrapping: the whole molecule moves by -1.
-    double y[6] = {0.99, 0.5, 0.5, 0.07, 0.5, 0.5};
-    testing::internal::CaptureStdout();
-    f.make_whole_molecule(2, 2, at, y, true);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "  molecule 2 COM =  1.030000  0.500000  0.500000\n"
-              "  molecule 2 COM =  0.030000  0.500000  0.500000 (wrapped)\n");
+    EXPECT_NEAR(x[3], 1.02, 1e-12);
     EXPECT_NEAR(y[0], -0.01, 1e-12);
     EXPECT_NEAR(y[3], 0.07, 1e-12);
-
-    // The centre weighs the masses: O at 0.005 and H unwrapped to -0.07 have
-    // their centre above zero (a plain mean would be below and move them).
-    int oh[2] = {8, 1};
-    double w[6] = {0.5, 0.5, 0.005, 0.5, 0.5, 0.93};
+    // O at 0.005 and H unwrapped to -0.07 have their mass centre above zero
+    // (a plain mean would be below and move them).
+    double w[6] = {0.5, 0.5, 0.005, 0.5, 0.5, 0.93}, u[6] = {0.5, 0.5, 0.5, 0.64, 0.5, 0.5};
     f.make_whole_molecule(4, 2, oh, w, false);
     EXPECT_NEAR(w[2], 0.005, 1e-12);
     EXPECT_NEAR(w[5], -0.07, 1e-12);
-
-    // An unknown element bonds with the dummy covalent radius 0.72.
-    int unknown[2] = {-1, 6};
-    double u[6] = {0.5, 0.5, 0.5, 0.64, 0.5, 0.5};
-    f.make_whole_molecule(1, 2, unknown, u, false);
+    f.make_whole_molecule(1, 2, unknown, u, false);  // bonds with the dummy covalent radius 0.72
     EXPECT_NEAR(u[3], 0.64, 1e-15);
-}
 
-TEST(MakeWhole, ExactLimitAndIncompleteMoleculeExit)
-{
-    FileIO f;
     cubic(f, 4.0);
-    double limit = (0.72 + 0.72) * f.bond_dis_scale;
-    int at[2] = {6, 6};
-    double x[6] = {0.0, 0.1, 0.1, limit / 4.0, 0.1, 0.1};
-    ASSERT_EQ(4.0 * (x[3] - x[0]), limit);
-    EXPECT_EXIT((dup2(2, 1), f.make_whole_molecule(1, 2, at, x, false)), testing::ExitedWithCode(1),
-                "ERROR  transport : fileio : line [0-9]+ : \nNot all atoms are bonded in the "
-                "molecule!\nnat_bonded = 1, natoms = 2\n");
-    x[3] = std::nextafter(x[3], 0.0);
-    f.make_whole_molecule(1, 2, at, x, false);
+    double limit = (0.72 + 0.72) * f.bond_dis_scale, z[6] = {0.0, 0.1, 0.1, limit / 4.0, 0.1, 0.1};
+    ASSERT_EQ(4.0 * (z[3] - z[0]), limit);
+    EXPECT_EXIT((dup2(2, 1), f.make_whole_molecule(1, 2, cc, z, false)), testing::ExitedWithCode(1),
+                "ERROR  transport : fileio : line [0-9]+ : \nNot all atoms are bonded in the molecule!\n"
+                "nat_bonded = 1, natoms = 2\n");
+    z[3] = std::nextafter(z[3], 0.0);
+    f.make_whole_molecule(1, 2, cc, z, false);
 }
 
-namespace {
-
-void set_molecules(FileIO& f, std::vector<int> natoms, std::vector<double> mass,
-                   std::vector<std::vector<double>> moments)
+// Molecules by atom count, mass and principal moments.
+static void set_molecules(FileIO& f, std::vector<int> natoms, std::vector<double> mass, std::vector<std::vector<double>> moments)
 {
     f.nmols = (int)natoms.size();
     f.natoms_mol = new int[f.nmols];
     f.mol_mass = new double[f.nmols];
     f.prin_moment = new double*[f.nmols];
-    f.hl_mol_index = new int[f.nmols];
-    f.hl_unique_list = new int[f.nmols];
-    f.re_mol_index = new int[f.nmols];
-    f.re_unique_list = new int[f.nmols];
+    for (int** list : {&f.hl_mol_index, &f.hl_unique_list, &f.re_mol_index, &f.re_unique_list}) *list = new int[f.nmols];
     for (int m = 0; m < f.nmols; m++) {
         f.natoms_mol[m] = natoms[m];
         f.mol_mass[m] = mass[m];
@@ -128,95 +95,49 @@ void set_molecules(FileIO& f, std::vector<int> natoms, std::vector<double> mass,
     }
 }
 
-}  // namespace
-
-TEST(Duplicates, HLExampleOneTwoOneFour)
+TEST(Duplicates, SameMoleculesByCountMassAndMoments)
 {
     FileIO f;
-    set_molecules(f, {10, 10, 10, 12}, {128.2, 128.2, 128.25, 160.0},
-                  {{1, 2, 3}, {1, 2, 3.5}, {1.05, 2, 2.95}, {1, 2, 3}});
+    set_molecules(f, {10, 10, 10, 12}, {128.2, 128.2, 128.25, 160.0}, {{1, 2, 3}, {1, 2, 3.5}, {1.05, 2, 2.95}, {1, 2, 3}});
     testing::internal::CaptureStdout();
-    bool unique = f.HL_check_unitcell_same_mols(true);
+    EXPECT_FALSE(f.HL_check_unitcell_same_mols(true));
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "**** Check HL Duplicate Molecules in Unit Cell ****\n"
-              "  Unit cell molecule indexes:  1 2 1 4\n"
-              "  Unit cell unique molecule indexes: 1 2 4\n"
-              "**** End of Check HL Duplicate Molecules in Unit Cell ****\n\n");
-    EXPECT_FALSE(unique);
+              "**** Check HL Duplicate Molecules in Unit Cell ****\n  Unit cell molecule indexes:  1 2 1 4\n"
+              "  Unit cell unique molecule indexes: 1 2 4\n**** End of Check HL Duplicate Molecules in Unit Cell ****\n\n");
     EXPECT_TRUE(f.hl_same_flag);
-    EXPECT_EQ(f.hl_unique_count, 3);
-    EXPECT_EQ(f.hl_unique_list[2], 4);
-    // The RE test ignores orientation: 0, 1, 2 are one molecule.
-    f.RE_check_unitcell_same_mols(false);
-    EXPECT_EQ(f.re_mol_index[1], 1);
-    EXPECT_EQ(f.re_mol_index[2], 1);
+    EXPECT_EQ(f.hl_unique_count * 10 + f.hl_unique_list[2], 34);
+    f.RE_check_unitcell_same_mols(false);  // the RE test ignores orientation: 0, 1, 2 are one molecule
+    EXPECT_EQ(std::vector<int>(f.re_mol_index, f.re_mol_index + 4), (std::vector<int>{1, 1, 1, 4}));
     EXPECT_EQ(f.re_unique_count, 2);
-    EXPECT_TRUE(f.RE_mols_if_the_same(0, 1));
-    EXPECT_FALSE(f.HL_mols_if_the_same(0, 1));
+    EXPECT_TRUE(f.RE_mols_if_the_same(0, 1) && !f.HL_mols_if_the_same(0, 1));
+
+    FileIO g;  // 0~2 and 1~2 but not 0~1: the later i wins for molecule 2
+    set_molecules(g, {5, 5, 5}, {10.0, 10.15, 10.08}, {{1, 1, 1}, {1, 1, 1}, {1, 1, 1}});
+    EXPECT_FALSE(g.HL_check_unitcell_same_mols(false));
+    EXPECT_EQ(g.hl_mol_index[2] * 10 + g.hl_unique_count, 22);
+    FileIO h;  // different atom counts are never the same molecule
+    set_molecules(h, {5, 6}, {10.0, 10.0}, {{1, 1, 1}, {1, 1, 1}});
+    EXPECT_TRUE(h.HL_check_unitcell_same_mols(false));
+    EXPECT_FALSE(h.hl_same_flag);
 }
 
-TEST(Duplicates, LaterMoleculeOverwritesAndAllUnique)
-{
-    FileIO f;
-    // 0~2 and 1~2 but not 0~1: the later i wins for molecule 2.
-    set_molecules(f, {5, 5, 5}, {10.0, 10.15, 10.08}, {{1, 1, 1}, {1, 1, 1}, {1, 1, 1}});
-    EXPECT_FALSE(f.HL_check_unitcell_same_mols(false));
-    EXPECT_EQ(f.hl_mol_index[2], 2);
-    EXPECT_EQ(f.hl_unique_count, 2);
-
-    FileIO g;  // different atom counts are never the same molecule
-    set_molecules(g, {5, 6}, {10.0, 10.0}, {{1, 1, 1}, {1, 1, 1}});
-    EXPECT_TRUE(g.HL_check_unitcell_same_mols(false));
-    EXPECT_FALSE(g.hl_same_flag);
-}
-
-namespace {
-
-// The separation as the repeated plain search step defines it.
-void separate_by_search_step(FileIO& f, std::vector<int>& counts, std::vector<int>& order)
-{
-    int n = f.natoms_cif;
-    std::vector<int> avail(n, 1), members(n);
-    int in_mol = 0;
-    for (;;) {
-        int atom, partner;
-        double dist;
-        f.find_bond_atom(n, avail.data(), in_mol, members.data(), &atom, &partner, &dist);
-        if (atom >= 0) {
-            avail[atom] = 0;
-            members[in_mol++] = atom;
-            continue;
-        }
-        if (in_mol == 0) break;
-        counts.push_back(in_mol);
-        order.insert(order.end(), members.begin(), members.begin() + in_mol);
-        in_mol = 0;
-    }
-}
-
-}  // namespace
-
-// The fast separation must give the molecules of the plain search step, in
-// the same order and with the same atom order, for any cell.
+// The fast separation must give the molecules of the repeated plain search
+// step, in the same order and with the same atom order, for any cell.
 TEST(Separation, SameMoleculesAsThePlainSearch)
 {
     std::mt19937 rng(11);
     std::uniform_real_distribution<double> u(-0.2, 1.2);
-    const double cells[][6] = {{9.1, 7.3, 12.8, 101.9, 112.6, 85.8},
-                               {4.0, 4.0, 30.0, 90, 90, 120},
-                               {25, 25, 25, 90, 90, 90},
-                               {18, 14, 22, 95, 100, 105}};
+    const double cells[][6] = {{9.1, 7.3, 12.8, 101.9, 112.6, 85.8}, {4.0, 4.0, 30.0, 90, 90, 120},
+                               {25, 25, 25, 90, 90, 90}, {18, 14, 22, 95, 100, 105}};
     const double radii[] = {0.35, 0.77, 1.04, 1.98};
     int split_cells = 0;
     for (int trial = 0; trial < 16; trial++) {
         FileIO f;
-        double cell[6];
+        double cell[6], latt[3][3];
         std::copy(cells[trial % 4], cells[trial % 4] + 6, cell);
-        double latt[3][3];
         f.cell_cell6_to_latt3x3(cell, latt);
         if (trial >= 8) f.bond_dis_scale = 1.4;
-        // Clusters of atoms so that molecules of many sizes form.
-        std::vector<double> xs;
+        std::vector<double> xs;  // clusters of atoms so that molecules of many sizes form
         for (int c = 0; c < 12; c++) {
             double cx = u(rng), cy = u(rng), cz = u(rng);
             for (int a = 0; a < 1 + c % 7; a++)
@@ -226,12 +147,26 @@ TEST(Separation, SameMoleculesAsThePlainSearch)
         for (int i = 0; i < f.natoms_cif; i++) f.cif_radius[i] = radii[(i * 7 + trial) % 4];
         if (trial == 5) f.cif_radius[3] = 9999.99;
         if (trial == 6) f.cif_x_s[4] = 3.0e6;
-        std::vector<int> counts, order;
-        separate_by_search_step(f, counts, order);
+        const int n = f.natoms_cif;
+        std::vector<int> avail(n, 1), members(n), counts, order;
+        for (int in_mol = 0;;) {
+            int atom, partner;
+            double dist;
+            f.find_bond_atom(n, avail.data(), in_mol, members.data(), &atom, &partner, &dist);
+            if (atom >= 0) {
+                avail[atom] = 0;
+                members[in_mol++] = atom;
+                continue;
+            }
+            if (in_mol == 0) break;
+            counts.push_back(in_mol);
+            order.insert(order.end(), members.begin(), members.begin() + in_mol);
+            in_mol = 0;
+        }
         f.separate_cif_molecules(false);
         EXPECT_EQ(f.mol_natoms_list, counts) << trial;
         EXPECT_EQ(f.mol_atom_list, order) << trial;
-        if (counts.size() > 3) split_cells++;
+        split_cells += counts.size() > 3;
     }
     EXPECT_GE(split_cells, 6);  // the cases are not all one big molecule
 }

@@ -1,8 +1,8 @@
-// The other kinds of job script: their bodies, modules, names and places.
+// The other kinds of job script: their bodies, modules, names and places,
+// and the sweep of every kind in every dialect that the shell lint reads.
 
-#include <set>
+#include <cstdlib>
 
-#include "job_compose.h"
 #include "test_job_scripts_support.h"
 
 TEST_F(JobScriptDir, OrcaPbsJobAsListed)
@@ -13,58 +13,7 @@ TEST_F(JobScriptDir, OrcaPbsJobAsListed)
     js.orca_args = "--bind";
     js.scratch = "/scratch";
     js.write_orca_HL_job("HL-o", 1, 8, "2mol-5", "d5", "RUN/running.2mol-5");
-    EXPECT_EQ(read_text_file("jobs/HL-o.pbs"), "#PBS -S /bin/bash\n"
-                                     "#PBS -l walltime=1000:00:00\n"
-                                     "#PBS -l nodes=1:ppn=8\n"
-                                     "#PBS -q workq\n"
-                                     "#PBS -o stdout-d5\n"
-                                     "#PBS -j oe\n"
-                                     "\n"
-                                     "module load orca/4.2\n"
-                                     "\n"
-                                     "DataDir=/home/u/run/HL\n"
-                                     "echo \"Starting job run at `date`\"\n"
-                                     "python /home/u/run/scr/orca_out_check.py /home/u/run/HL/2mol-5.out\n"
-                                     "if [ $? == 0 ]; then\n"
-                                     "    echo \"Normal termination of ORCA detected, skip the current ORCA run.\"\n"
-                                     "else\n"
-                                     "    SCRDIR=/scratch/veska-$PBS_JOBID\n"
-                                     "    if [ ! -a $SCRDIR ]; then\n"
-                                     "        echo \"Scratch directory $SCRDIR created.\"\n"
-                                     "        mkdir -p $SCRDIR\n"
-                                     "    fi\n"
-                                     "\n"
-                                     "    cp ${DataDir}/2mol-5.inp $SCRDIR\n"
-                                     "    cd ${SCRDIR}\n"
-                                     "    echo \"Working directory is ${SCRDIR}\"\n"
-                                     "\n"
-                                     "    /opt/orca/orca 2mol-5.inp --bind > 2mol-5.out\n"
-                                     "    orca_2mkl 2mol-5\n"
-                                     "\n"
-                                     "    CurrDir=`pwd`\n"
-                                     "    if [ $DataDir != $CurrDir ]; then\n"
-                                     "        echo \"Copy data back to HL directory...\"\n"
-                                     "        mv $CurrDir/2mol-5.out $DataDir\n"
-                                     "        mv $CurrDir/2mol-5.mkl $DataDir\n"
-                                     "    fi\n"
-                                     "    rm -Rf $SCRDIR\n"
-                                     "fi\n"
-                                     "python /home/u/run/scr/orca_out_check.py /home/u/run/HL/2mol-5.out\n"
-                                     "if [ $? != 0 ]; then\n"
-                                     "    touch /home/u/run/RUN/ERROR-HL_2mol-5\n"
-                                     "fi\n"
-                                     "rm -f /home/u/run/RUN/running.2mol-5\n"
-                                     "echo \"Ending job run at `date`\"\n");
-}
-
-TEST_F(JobScriptDir, LocalMonteCarloRunsItsFixedCommand)
-{
-    js.job_sched_type = 3;
-    js.module_gau_flag = true;
-    js.write_MC_job("run_mc", 1, 8, "ignored body\n", "elec", "RUN/m");
-    EXPECT_EQ(read_text_file("run_mc.local"), "#!/bin/sh\n\nmodule load gaussian/g09.e01\n\n"
-                                    "echo \"Starting job run at `date`\"\n\nhopmc_OMP.exe\n\n"
-                                    "rm -f /home/u/run/RUN/m\n\necho \"Ending job run at `date`\"\n\n");
+    EXPECT_EQ(read_text_file("jobs/HL-o.pbs"), golden("orca_hl.pbs"));
 }
 
 // One distinctive piece of each kind: bodies, modules, scratch names, LSF
@@ -86,6 +35,7 @@ TEST_F(JobScriptDir, KindsDifferWhereDocumented)
         {"jobs/qchem-RE-full.local", "SCRDIR=/tmp/veska-RE-mol1-$RANDOM\n\n" + body + "re1\n\necho \"Ending"},
         {"mc-full.pbs", "cd ${PBS_O_WORKDIR}\n\nmodule load mpich2/1.5-gnu-5.4.0\n\n" + body + "mc\n"},
         {"mc-bare.slurm", "#SBATCH -p workq\n#SBATCH --output=stdout-elec\n\n"},
+        {"mc-full.local", "`date`\"\n\nhopmc_OMP.exe\n\nrm -f /home/u/run/RUN/mc\n"},  // its fixed command, no body
         {"mob-full.lsf", "\n\nhopmob_OMP.exe\n\nrm -f /home/u/run/RUN/mob\n"},
         {"transint-full.pbs", "\ncd /home/u/run\ncd data\necho \"Working directory is `pwd`\"\n"},
         {"getHL-full.pbs", "\ncd ${PBS_O_WORKDIR}\ncd data\n"},
@@ -103,14 +53,13 @@ TEST_F(JobScriptDir, KindsDifferWhereDocumented)
     EXPECT_EQ(read_text_file("mc-full.pbs").find("module load gaussian"), std::string::npos);  // the qc module is for qc kinds
 }
 
-TEST(JobKinds, ErrorNumbersAreDistinct)
+// tests/shellcheck.cmake runs this with VESKA_JOB_SWEEP_DIR set and lints
+// the scripts it leaves there.
+TEST_F(JobScriptDir, SweepWritesEveryKindInEveryDialect)
 {
-    std::set<int> numbers;
-    for (const JobKind* k : {&kGaussianHLJob, &kGaussianHLArrayJob, &kGaussianREJob, &kOrcaHLJob, &kOrcaHLArrayJob,
-                             &kOrcaREJob, &kQchemHLJob, &kQchemHLArrayJob, &kQchemREJob, &kMCJob, &kMEJob, &kCalcMobJob,
-                             &kCalcGetREJob, &kCalcGetHLJob, &kCalcTransintJob, &kCalcTransintArrayJob}) {
-        numbers.insert(k->dispatcher_error);
-        numbers.insert(k->writer_error, k->writer_error + 4);
-    }
-    EXPECT_EQ(numbers.size(), 16u * 5u);
+    if (const char* keep = getenv("VESKA_JOB_SWEEP_DIR")) std::filesystem::current_path(keep);
+    write_every_kind_in_every_dialect(js);
+    int files = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(".")) files += entry.is_regular_file();
+    EXPECT_EQ(files, 4 * 2 * (12 + 4 * 2));
 }

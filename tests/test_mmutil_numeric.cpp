@@ -21,11 +21,9 @@ static std::vector<int> sort_index(std::vector<Key>& keys, void (*sort)(Key*, in
 
 TEST(MmutilSort, IndexPermutations)
 {
-    struct Case { std::vector<int> keys, sorted, index; } cases[] = {{{2, 1, 2, 0}, {0, 1, 2, 2}, {3, 1, 2, 0}},
-                 {{5, 5, 5, 5}, {5, 5, 5, 5}, {1, 2, 3, 0}},
-                 {{4, 1, 3, 1, 4, 2, 1}, {1, 1, 1, 2, 3, 4, 4}, {1, 3, 6, 5, 2, 4, 0}},
-                 {{7}, {7}, {0}},
-                 {{}, {}, {}}};
+    struct Case { std::vector<int> keys, sorted, index; } cases[] = {
+        {{2, 1, 2, 0}, {0, 1, 2, 2}, {3, 1, 2, 0}}, {{5, 5, 5, 5}, {5, 5, 5, 5}, {1, 2, 3, 0}},
+        {{4, 1, 3, 1, 4, 2, 1}, {1, 1, 1, 2, 3, 4, 4}, {1, 3, 6, 5, 2, 4, 0}}, {{7}, {7}, {0}}, {{}, {}, {}}};
     for (Case& c : cases) {
         EXPECT_EQ(sort_index(c.keys, quickSort_i), c.index);
         EXPECT_EQ(c.keys, c.sorted);
@@ -101,18 +99,16 @@ TEST(MmutilRandom, SequenceSeedsAndDistributions)
     EXPECT_EQ(randUniform(), kSequenceFrom1000[2]);  // the pair used two uniforms
     ran2_reset_state();
     EXPECT_DOUBLE_EQ(randExponential(), 0.4224845989507776);
-
 }
 
 TEST(MmutilRandom, SelectReactionBoundaries)
 {
     double rates[3] = {1, 1, 2}, zero_first[2] = {0, 3};
-    EXPECT_EQ(select_reaction(rates, 3, 0.0, 4), 0);
-    EXPECT_EQ(select_reaction(rates, 3, 0.25, 4), 1);  // sum 1 is not above 1
-    EXPECT_EQ(select_reaction(rates, 3, 0.6, 4), 2);
-    EXPECT_EQ(select_reaction(rates, 3, 1.0, 4), -1);
-    EXPECT_EQ(select_reaction(nullptr, 0, 0.1, 4), -1);
-    EXPECT_EQ(select_reaction(zero_first, 2, 0.0, 3), 1);
+    // At 0.25 of 4 the running sum 1 is not above 1: the second reaction.
+    const std::tuple<double*, int, double, double, int> cases[] = {
+        {rates, 3, 0.0, 4, 0}, {rates, 3, 0.25, 4, 1}, {rates, 3, 0.6, 4, 2}, {rates, 3, 1.0, 4, -1},
+        {nullptr, 0, 0.1, 4, -1}, {zero_first, 2, 0.0, 3, 1}};
+    for (const auto& [r, n, u, total, want] : cases) EXPECT_EQ(select_reaction(r, n, u, total), want) << u;
 }
 
 static double cubic(double x, double) { return x * x * x; }

@@ -1,96 +1,74 @@
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <memory>
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include "fileio.h"
 #include "test_support.h"
 
 namespace {
 
-const char* kHeader = "name\n  program\n\n";
+const std::string kHeader = "name\n  program\n\n";
 
 std::string v3000(const std::string& body)
 {
-    return std::string(kHeader) + "  0  0  0     0  0            999 V3000\n" +
-           "M  V30 BEGIN CTAB\n" + body + "M  V30 END CTAB\nM  END\n";
+    return kHeader + "  0  0  0     0  0            999 V3000\nM  V30 BEGIN CTAB\n" + body + "M  V30 END CTAB\nM  END\n";
 }
-
-std::string one_atom_block(const std::string& atom_line)
+std::string atoms(const std::string& rows, int n = 1)
 {
-    return v3000("M  V30 COUNTS 1 0 0 0 0\nM  V30 BEGIN ATOM\n" + atom_line + "M  V30 END ATOM\n");
+    return v3000("M  V30 COUNTS " + std::to_string(n) + " 0 0 0 0\nM  V30 BEGIN ATOM\n" + rows + "M  V30 END ATOM\n");
 }
 
-class MolReader : public testing::Test {
+class MolReader : public ScratchDirTest {
 protected:
-    ScratchDir dir;
     FileIO f;
-
     void SetUp() override
     {
-        ASSERT_TRUE(dir.ok());
+        ScratchDirTest::SetUp();
         f.nmols = 2;  // per-molecule storage as the structure driver provides it
         f.natoms_mol = new int[2]();
         f.atypes_mol = new int*[2]();
         f.x_mol = new double*[2]();
         f.x_s_mol = new double*[2]();
     }
-    // The reader fills a slot without releasing what it held before.
-    void release(int m)
+    // Reads `text` into slot m (releasing what the reader left there); returns what was printed.
+    std::string read_mol(const std::string& text, int m = 0, bool verbose = false)
     {
         std::unique_ptr<int[]> types(f.atypes_mol[m]);
         std::unique_ptr<double[]> x(f.x_mol[m]), x_s(f.x_s_mol[m]);
         f.atypes_mol[m] = nullptr;
         f.x_mol[m] = f.x_s_mol[m] = nullptr;
-    }
-    std::string read_mol(const std::string& text, int m = 0, bool verbose = false)
-    {
-        release(m);
         put_file("a.mol", text);
         testing::internal::CaptureStdout();
         f.read_data_mol("a.mol", m, verbose);
         return testing::internal::GetCapturedStdout();
     }
-    void expect_atom(int m, int i, int type, double x, double y, double z)
+    void expect_atom(int m, int i, int type, std::vector<double> x)
     {
         EXPECT_EQ(f.atypes_mol[m][i], type) << i;
-        EXPECT_DOUBLE_EQ(f.x_mol[m][3 * i], x) << i;
-        EXPECT_DOUBLE_EQ(f.x_mol[m][3 * i + 1], y) << i;
-        EXPECT_DOUBLE_EQ(f.x_mol[m][3 * i + 2], z) << i;
+        EXPECT_EQ(std::vector<double>(f.x_mol[m] + 3 * i, f.x_mol[m] + 3 * i + 3), x) << i;
     }
 };
 
 }  // namespace
 
-TEST_F(MolReader, V2000ColumnsSymbolsAndChiralFlag)
+TEST_F(MolReader, V2000ColumnsSymbolsLineEndsAndChiralFlag)
 {
     // Numbers that touch: only the fixed columns separate them.
-    std::string out = read_mol(std::string(kHeader) +
-                                   "  3  2  0  0  0  0  0  0  0  0999 V2000\n"
-                                   "1.23456789-2.3456789 3.4567890 Cl  0  0\n"
-                                   "    0.0000    1.0000    2.0000 CL  0  0  0  0\n"
-                                   "   -1.0000   -2.0000   -3.0000 C\n"
-                                   "  1  2  1  0\n  2  3  1  0\nM  END\n",
-                               1, true);
-    EXPECT_EQ(out, "Reading molecular file \"a.mol\" ... \n");
+    EXPECT_EQ(read_mol(kHeader + "  3  2  0  0  0  0  0  0  0  0999 V2000\n"
+                                 "1.23456789-2.3456789 3.4567890 Cl  0  0\n"
+                                 "    0.0000    1.0000    2.0000 CL  0  0  0  0\n   -1.0000   -2.0000   -3.0000 C\n"
+                                 "  1  2  1  0\n  2  3  1  0\nM  END\n", 1, true),
+              "Reading molecular file \"a.mol\" ... \n");
     ASSERT_EQ(f.natoms_mol[1], 3);
-    expect_atom(1, 0, 17, 1.23456789, -2.3456789, 3.456789);
-    expect_atom(1, 1, 17, 0, 1, 2);
-    expect_atom(1, 2, 6, -1, -2, -3);
+    expect_atom(1, 0, 17, {1.23456789, -2.3456789, 3.456789});
+    expect_atom(1, 1, 17, {0, 1, 2});
+    expect_atom(1, 2, 6, {-1, -2, -3});
     ASSERT_NE(f.x_s_mol[1], nullptr);
-    // CR LF line ends and an unknown symbol.
-    read_mol("a\r\nb\r\n\r\n  1  0  0  0  0  0  0  0  0  0999 V2000\r\n"
-             "    1.0000    2.0000    3.0000 Xx  0\r\n");
-    ASSERT_EQ(f.natoms_mol[0], 1);
-    expect_atom(0, 0, -1, 1, 2, 3);
-
-    out = read_mol(std::string(kHeader) + "  1  0  0  0  2  0\n    1.0000    2.0000    3.0000 N \n");
-    EXPECT_EQ(out, "WARNING: The Chiral Flag should be either 0 or 1. The value of 2 will be "
-                   "ignored.\n");
+    read_mol("a\r\nb\r\n\r\n  1  0  0  0  0  0  0  0  0  0999 V2000\r\n    1.0000    2.0000    3.0000 Xx  0\r\n");
+    expect_atom(0, 0, -1, {1, 2, 3});
+    EXPECT_EQ(read_mol(kHeader + "  1  0  0  0  2  0\n    1.0000    2.0000    3.0000 N \n"),
+              "WARNING: The Chiral Flag should be either 0 or 1. The value of 2 will be ignored.\n");
     EXPECT_EQ(f.atypes_mol[0][0], 7);
 }
 
@@ -98,55 +76,38 @@ TEST_F(MolReader, V2000ColumnsSymbolsAndChiralFlag)
 // others are read as far as they hold together (natoms -1: only no crash).
 TEST_F(MolReader, DamagedFiles)
 {
-    const std::string err = "\nERROR  transport : fileio : line [0-9]+ : \n";
-    const std::string v3000_line = std::string(kHeader) + "  0  0  0     0  0            999 V3000\n";
+    const std::string err = "\nERROR  transport : fileio : line [0-9]+ : \n", problems = "WARNING: Problems reading a MDL file\n";
+    const std::string v3000_line = kHeader + "  0  0  0     0  0            999 V3000\n";
     std::string nest = v3000_line;
     for (int i = 0; i < 5000; i++) nest += "M  V30 BEGIN CTAB\nM  V30 COUNTS 1 0 0 0 0\n";
-    const struct {
-        const char* what;
-        std::string text;
-        int status;  // exit status, 0 when the file is read
-        std::string message;
-        int natoms, type0;
-    } cases[] = {
-        {"atom lists", std::string(kHeader) + "  1  0  1  0  0  0\n", 1,
-         err + "WARNING: Problems reading the Count line of an MDL file\n"
-               "         There may be erroneous addition spaces or\n"
-               "         the file may contains Atom Lists, which are ignored\n", 0, 0},
-        {"short counts", std::string(kHeader) + " 1  0\n", 1,
-         err + "WARNING: Problems reading a MDL file\n"
-               "         Cannot read atom and bond count\n"
-               "         Expected standard 6 character atom and bond count\n", 0, 0},
-        {"one line", "only one line\n", 1, "Cannot read atom and bond count", 0, 0},
-        {"too few atoms", std::string(kHeader) + "  3  0  0  0  0  0\n    1.0000    2.0000    3.0000 N \n",
-         1, err + "WARNING: Problems reading a MDL file\n"
-                  "         Not enough atoms to match atom count \\(3\\) in counts line\n", 0, 0},
-        {"negative count", std::string(kHeader) + " -5  0  0  0  0  0\n", 1, "Negative atom count", 0, 0},
-        {"more atoms than COUNTS",
-         v3000("M  V30 COUNTS 1 0 0 0 0\nM  V30 BEGIN ATOM\nM  V30 1 C 1 2 3 0\n"
-               "M  V30 2 C 4 5 6 0\nM  V30 END ATOM\n"), 0, "", 1, 6},
-        {"atom number not a number", one_atom_block("M  V30 one C 1 2 3 0\n"), 0, "", 1, 0},
-        {"coordinate not a number", one_atom_block("M  V30 1 C 1 2 zz 0\n"), 0, "", 1, 0},
-        {"too few tokens", one_atom_block("M  V30 1 C 1 2\n"), 0, "", 1, 0},
-        {"option without =", one_atom_block("M  V30 1 C 1 2 3 0 CHG\n"), 0, "", 1, 6},
-        {"line longer than any buffer",
-         one_atom_block("M  V30 1 C 1 2 3 0 " + std::string(100000, 'A') + "=1\n"), 0, "", 1, 6},
-        {"CTAB without COUNTS", v3000("M  V30 BEGIN ATOM\nM  V30 1 C 1 2 3 0\nM  V30 END ATOM\n"),
-         0, "", 0, 0},
-        {"negative COUNTS", v3000("M  V30 COUNTS -4 0 0 0 0\n"), 0, "", 0, 0},
-        {"absurd COUNTS", v3000("M  V30 COUNTS 99999999999 0 0 0 0\n"), 0, "", 0, 0},
-        {"COUNTS not a number", v3000("M  V30 COUNTS x 0 0 0 0\n"), 0, "", 0, 0},
-        {"empty COUNTS", v3000("M  V30 COUNTS\n"), 0, "", 0, 0},
-        {"ATOM outside CTAB", v3000_line + "M  V30 BEGIN ATOM\nM  V30 1 C 1 2 3 0\nM  V30 END ATOM\nM  END\n",
-         0, "", 0, 0},
-        {"nested CTABs", nest + "M  END\n", 0, "", -1, 0},
-        {"truncated", v3000_line + "M  V30 BEGIN CTAB\n", 0, "", -1, 0},
-        {"bond to a missing atom",
-         v3000("M  V30 COUNTS 1 1 0 0 0\nM  V30 BEGIN ATOM\nM  V30 1 C 1 2 3 0\nM  V30 END ATOM\n"
-               "M  V30 BEGIN BOND\nM  V30 1 1 1 9 CFG=2\nM  V30 END BOND\n"), 0, "", 1, 6},
+    const struct { std::string text; int status, natoms, type0; std::string message = ""; } cases[] = {
+        {kHeader + "  1  0  1  0  0  0\n", 1, 0, 0, err + "WARNING: Problems reading the Count line of an MDL file\n"
+         "         There may be erroneous addition spaces or\n         the file may contains Atom Lists, which are ignored\n"},
+        {kHeader + " 1  0\n", 1, 0, 0, err + problems + "         Cannot read atom and bond count\n"
+                                               "         Expected standard 6 character atom and bond count\n"},
+        {"only one line\n", 1, 0, 0, "Cannot read atom and bond count"},
+        {kHeader + "  3  0  0  0  0  0\n    1.0000    2.0000    3.0000 N \n", 1, 0, 0,
+         err + problems + "         Not enough atoms to match atom count \\(3\\) in counts line\n"},
+        {kHeader + " -5  0  0  0  0  0\n", 1, 0, 0, "Negative atom count"},
+        {atoms("M  V30 1 C 1 2 3 0\nM  V30 2 C 4 5 6 0\n"), 0, 1, 6},  // more atoms than COUNTS
+        {atoms("M  V30 one C 1 2 3 0\n"), 0, 1, 0},
+        {atoms("M  V30 1 C 1 2 zz 0\n"), 0, 1, 0},
+        {atoms("M  V30 1 C 1 2\n"), 0, 1, 0},
+        {atoms("M  V30 1 C 1 2 3 0 CHG\n"), 0, 1, 6},
+        {atoms("M  V30 1 C 1 2 3 0 " + std::string(100000, 'A') + "=1\n"), 0, 1, 6},
+        {v3000("M  V30 BEGIN ATOM\nM  V30 1 C 1 2 3 0\nM  V30 END ATOM\n"), 0, 0, 0},  // no COUNTS
+        {v3000("M  V30 COUNTS -4 0 0 0 0\n"), 0, 0, 0},
+        {v3000("M  V30 COUNTS 99999999999 0 0 0 0\n"), 0, 0, 0},
+        {v3000("M  V30 COUNTS x 0 0 0 0\n"), 0, 0, 0},
+        {v3000("M  V30 COUNTS\n"), 0, 0, 0},
+        {v3000_line + "M  V30 BEGIN ATOM\nM  V30 1 C 1 2 3 0\nM  V30 END ATOM\nM  END\n", 0, 0, 0},  // outside CTAB
+        {nest + "M  END\n", 0, -1, 0},
+        {v3000_line + "M  V30 BEGIN CTAB\n", 0, -1, 0},
+        {v3000("M  V30 COUNTS 1 1 0 0 0\nM  V30 BEGIN ATOM\nM  V30 1 C 1 2 3 0\nM  V30 END ATOM\n"  // bond to a missing atom
+               "M  V30 BEGIN BOND\nM  V30 1 1 1 9 CFG=2\nM  V30 END BOND\n"), 0, 1, 6},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
+        SCOPED_TRACE(c.text.substr(0, 200));
         if (c.status) {
             EXPECT_EXIT((child_with_file("a.mol", c.text), f.read_data_mol("a.mol", 0, false)),
                         testing::ExitedWithCode(c.status), c.message);
@@ -155,99 +116,68 @@ TEST_F(MolReader, DamagedFiles)
         read_mol(c.text);
         if (c.natoms < 0) continue;
         ASSERT_EQ(f.natoms_mol[0], c.natoms);
-        if (c.natoms > 0) {
-            EXPECT_EQ(f.atypes_mol[0][0], c.type0);
-        }
+        if (c.natoms > 0) { EXPECT_EQ(f.atypes_mol[0][0], c.type0); }
     }
-    EXPECT_EXIT(f.read_data_mol("none.mol", 0, false), testing::ExitedWithCode(255),
-                "^Failed to open input file \"none.mol\"\n$");
+    EXPECT_EXIT(f.read_data_mol("none.mol", 0, false), testing::ExitedWithCode(255), "^Failed to open input file \"none.mol\"\n$");
     FileIO bare;  // block readers without per-molecule storage
-    std::istringstream atoms("M  V30 1 C 1 2 3 0\nM  V30 END ATOM\n");
-    EXPECT_FALSE(bare.ReadAtomBlock(atoms));
-    std::istringstream ctab("M  V30 BEGIN CTAB\nM  V30 COUNTS 1 0 0 0 0\n");
-    EXPECT_FALSE(bare.ReadV3000Block(ctab, 0, false));
-    std::istringstream bond("M  V30 1 1 1 2 CFG\nM  V30 END BOND\n");
-    EXPECT_FALSE(f.ReadBondBlock(bond));
+    std::istringstream in("M  V30 1 C 1 2 3 0\nM  V30 END ATOM\n"), ctab("M  V30 BEGIN CTAB\nM  V30 COUNTS 1 0 0 0 0\n"),
+        bond("M  V30 1 1 1 2 CFG\nM  V30 END BOND\n");
+    EXPECT_FALSE(bare.ReadAtomBlock(in) || bare.ReadV3000Block(ctab, 0, false) || f.ReadBondBlock(bond));
 }
 
-TEST_F(MolReader, V3000AtomOptionsAndRGroup)
+TEST_F(MolReader, V3000AtomOptionsRGroupsAndFullPrecision)
 {
-    read_mol(v3000("M  V30 COUNTS 2 0 0 0 0\nM  V30 BEGIN ATOM\n"
-                   "M  V30 1 C 0.0 1.0 2.0 0 CHG=1\n"
-                   "M  V30 7 Cl 1.5 -1 0 0 MASS=37 RAD=2\n"
-                   "M  V30 END ATOM\n"));
+    read_mol(atoms("M  V30 1 C 0.0 1.0 2.0 0 CHG=1\nM  V30 7 Cl 1.5 -1 0 0 MASS=37 RAD=2\n", 2));
     ASSERT_EQ(f.natoms_mol[0], 2);
-    expect_atom(0, 0, 6, 0, 1, 2);
-    expect_atom(0, 1, 17, 1.5, -1, 0);
+    expect_atom(0, 1, 17, {1.5, -1, 0});
     EXPECT_EQ(f.v3000_atom_map.at(7), 2);
-    // Coordinates keep every digit the file gives.
-    release(0);
-    f.read_data_mol(data_file("trifluoroacetate_precision_v3000.mol").c_str(), 0, false);
-    expect_atom(0, 0, 8, 0.40201265, -0.13299436, 1.00000017);
-
     // An option without "=" fails the block, naming the file; the atom
     // before it is kept, the one after it never read.
-    std::string out = read_mol(v3000("M  V30 COUNTS 2 0 0 0 0\nM  V30 BEGIN ATOM\n"
-                                     "M  V30 1 N 0.0 1.0 2.0 0 CHG\nM  V30 2 O 0.0 1.0 2.0 0\n"
-                                     "M  V30 END ATOM\n"));
-    EXPECT_NE(out.find("WARNING: The V3000 blocks of \"a.mol\""), std::string::npos);
-    EXPECT_EQ(f.atypes_mol[0][0], 7);
-    EXPECT_EQ(f.atypes_mol[0][1], 0);
-
-    out = read_mol(v3000("M  V30 COUNTS 2 0 0 0 0\nM  V30 BEGIN ATOM\n"
-                         "M  V30 1 R# 1 1 1 0 RGROUPS=(1)\nM  V30 2 O 4 5 6 0\nM  V30 END ATOM\n"));
-    EXPECT_EQ(out, "WARNING: A molecule contains an R group which is not implemented!\n");
+    EXPECT_NE(read_mol(atoms("M  V30 1 N 0.0 1.0 2.0 0 CHG\nM  V30 2 O 0.0 1.0 2.0 0\n", 2))
+                  .find("WARNING: The V3000 blocks of \"a.mol\""), std::string::npos);
+    EXPECT_EQ(f.atypes_mol[0][0] * 10 + f.atypes_mol[0][1], 70);
+    EXPECT_EQ(read_mol(atoms("M  V30 1 R# 1 1 1 0 RGROUPS=(1)\nM  V30 2 O 4 5 6 0\n", 2)),
+              "WARNING: A molecule contains an R group which is not implemented!\n");
     EXPECT_EQ(f.atypes_mol[0][0], 0);
-    expect_atom(0, 1, 8, 4, 5, 6);
+    expect_atom(0, 1, 8, {4, 5, 6});
+    read_mol(read_text_file(data_file("trifluoroacetate_precision_v3000.mol")));
+    expect_atom(0, 0, 8, {0.40201265, -0.13299436, 1.00000017});
 }
 
-TEST_F(MolReader, V3000ContinuationLines)
+TEST_F(MolReader, V3000ContinuationLinesAndSkippedBlocks)
 {
     std::istringstream in("M  V30 1 C 0 1 -\nM  V30 x 2 0 -\nM  V30 y CHG=1\nM  V30 next\n");
     std::vector<std::string> t;
     ASSERT_TRUE(f.ReadV3000Line(in, t));
-    EXPECT_EQ(t, (std::vector<std::string>{"M", "V30", "1", "C", "0", "1", "-", "2", "0", "-",
-                                           "CHG=1"}));
+    EXPECT_EQ(t, (std::vector<std::string>{"M", "V30", "1", "C", "0", "1", "-", "2", "0", "-", "CHG=1"}));
     ASSERT_TRUE(f.ReadV3000Line(in, t));
     EXPECT_EQ(t.size(), 3u);
     for (const char* text : {"M  V30 1 C -\nX  V30 2\n", "M\n"}) {
         std::istringstream bad(text);
         EXPECT_FALSE(f.ReadV3000Line(bad, t)) << text;
     }
-    // Thousands of continuation lines are joined without recursion.
-    std::string many = "M  V30 1 -\n";
+    std::string many = "M  V30 1 -\n";  // thousands of continuations, joined without recursion
     for (int i = 0; i < 200000; i++) many += "M  V30 a b -\n";
     std::istringstream longrun(many + "M  V30 a b\n");
     ASSERT_TRUE(f.ReadV3000Line(longrun, t));
     EXPECT_EQ(t.size(), 4u + 2u * 200000u + 1u);
-}
 
-TEST_F(MolReader, V3000SkippedBlocksAndLinknode)
-{
-    f.debug_print = false;
-    std::string out = read_mol(v3000("M  V30 COUNTS 1 0 0 0 0\n"
-                                     "M  V30 LINKNODE 1 2 2 1 2 1 3\n"
-                                     "M  V30 BEGIN ATOM\nM  V30 1 S 0 0 1.5 0\nM  V30 END ATOM\n"
-                                     "M  V30 BEGIN SGROUP\nM  V30 1 SUP 0 ATOMS=(1 1) -\n"
-                                     "M  V30 LABEL=x\nM  V30 END SGROUP\n"
-                                     "M  V30 BEGIN COLLECTION\nM  V30 END COLLECTION\n"));
-    EXPECT_EQ(out, "");
-    expect_atom(0, 0, 16, 0, 0, 1.5);
-
+    EXPECT_EQ(read_mol(v3000("M  V30 COUNTS 1 0 0 0 0\nM  V30 LINKNODE 1 2 2 1 2 1 3\n"
+                             "M  V30 BEGIN ATOM\nM  V30 1 S 0 0 1.5 0\nM  V30 END ATOM\n"
+                             "M  V30 BEGIN SGROUP\nM  V30 1 SUP 0 ATOMS=(1 1) -\nM  V30 LABEL=x\nM  V30 END SGROUP\n"
+                             "M  V30 BEGIN COLLECTION\nM  V30 END COLLECTION\n")), "");
+    expect_atom(0, 0, 16, {0, 0, 1.5});
     f.debug_print = true;
     std::istringstream rg("M  V30 x\nM  V30 END CTAB\nM  V30 END RGROUP\nM  V30 after\n");
-    testing::internal::CaptureStdout();
-    EXPECT_TRUE(f.ReadRGroupBlock(rg));
-    std::string name = "SGROUP";
     std::istringstream sg("M  V30 x\nM  V30 END\n"), eof("M  V30 x\n");
-    EXPECT_TRUE(f.ReadUnimplementedBlock(sg, name));
+    std::string name = "SGROUP";
+    testing::internal::CaptureStdout();
+    EXPECT_TRUE(f.ReadRGroupBlock(rg) && f.ReadUnimplementedBlock(sg, name));
     EXPECT_FALSE(f.ReadUnimplementedBlock(eof, name));
-    const std::string sgroup =
-        "WARNING: SGROUP blocks are not currently implemented and their contents are ignored.\n";
+    const std::string sgroup = "WARNING: SGROUP blocks are not currently implemented and their contents are ignored.\n";
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "WARNING: RGROUP and RLOGIC blocks are not currently implemented and their "
-              "contents are ignored.\n" + sgroup + sgroup);
-    std::vector<std::string> t;
+              "WARNING: RGROUP and RLOGIC blocks are not currently implemented and their contents are ignored.\n" +
+                  sgroup + sgroup);
     EXPECT_TRUE(f.ReadV3000Line(rg, t));
     EXPECT_EQ(t[2], "after");
 }
@@ -257,22 +187,15 @@ TEST_F(MolReader, XyzFiles)
     put_file("b.xyz", "3\ncomment\n  C 0.0 1.0 2.0\nCl -1 -2 -3\nXx 1 1 1\n");
     f.read_data_xyz("b.xyz");
     ASSERT_EQ(f.natoms_cif, 3);
-    EXPECT_EQ(f.cif_atypes[0], 6);
-    EXPECT_EQ(f.cif_atypes[1], 17);
-    EXPECT_EQ(f.cif_atypes[2], -1);
-    EXPECT_DOUBLE_EQ(f.cif_x[2], 2.0);
-    EXPECT_DOUBLE_EQ(f.cif_x[5], -3.0);
-
-    // Shorter than its count: what is there is kept and the file is named.
-    put_file("b.xyz", "5\n\nH 0 0 0\nH 0 0 0.74\n");
+    EXPECT_EQ(std::vector<int>(f.cif_atypes, f.cif_atypes + 3), (std::vector<int>{6, 17, -1}));
+    EXPECT_EQ(f.cif_x[2] + f.cif_x[5], -1.0);
+    put_file("b.xyz", "5\n\nH 0 0 0\nH 0 0 0.74\n");  // shorter than its count: kept, the file named
     testing::internal::CaptureStdout();
     f.read_data_xyz("b.xyz");
     EXPECT_NE(testing::internal::GetCapturedStdout().find("b.xyz"), std::string::npos);
     EXPECT_EQ(f.natoms_cif, 2);
     EXPECT_DOUBLE_EQ(f.cif_x[5], 0.74);
-
     put_file("b.xyz", "2\n\nH 0 0 0\nH 0\n");
     EXPECT_EXIT(f.read_data_xyz("b.xyz"), testing::ExitedWithCode(255), "");
-    EXPECT_EXIT(f.read_data_xyz("none.xyz"), testing::ExitedWithCode(255),
-                "Failed to open input file \"none.xyz\"");
+    EXPECT_EXIT(f.read_data_xyz("none.xyz"), testing::ExitedWithCode(255), "Failed to open input file \"none.xyz\"");
 }

@@ -26,7 +26,7 @@ static std::string written(VeskaInp& v, Writer w, int kind, std::vector<std::str
     return read_text_file("out.inp");
 }
 
-// Full state after the defaults, in a fresh directory; no announcement.
+// Full state in a fresh directory; no announcement.
 static std::string written_full(VeskaInp& v)
 {
     ScratchDir dir;
@@ -48,11 +48,9 @@ TEST(VeskaInpModel, DefaultsResetSettingsButKeepSwitchesEngineAndModules)
     v.temp = 77; v.sched_type = "lsf"; v.run_ppn = 64; v.nmols = 4; v.tstep = 3;
     v.latt_vec[1][1] = 0; v.nei_scell[2] = 9; v.super_cell[0] = 1;
     v.set_varables_default();
-    EXPECT_EQ(v.mater_name, "pentacene");
-    EXPECT_EQ(v.qc_inp_append, "extra\n");
+    EXPECT_EQ(v.mater_name + v.qc_inp_append, "pentaceneextra\n");
     EXPECT_EQ(v.tstep, 1.0);
-    EXPECT_EQ(v.get_compute_engine(), 3);
-    EXPECT_EQ(written_full(v), edit(golden_full, {
+    EXPECT_EQ(written_full(v), edit(golden("full.inp"), {
         {"  do_transport_prepare              = 1", "  do_transport_prepare              = 0\n"},
         {"  nodelist        = \"\"", "  nodelist        = \"n1\"\n"},
         {"  sched_job_array = 1", "  sched_job_array = 0\n"},
@@ -70,55 +68,31 @@ TEST(VeskaInpModel, DefaultsResetSettingsButKeepSwitchesEngineAndModules)
         {"  HL_unique_mol   = 1", "  HL_unique_mol   = 0\n"}}));
 }
 
-TEST(VeskaInpModel, EngineSetsProgramName)
-{
-    Transport v;
-    const struct { int engine; const char* exe; } rows[] = {
-        {1, "g09"}, {2, "fullpath/orca"}, {3, "qchem"}, {7, "g09"}, {0, "g09"}};
-    for (const auto& r : rows) {
-        v.set_compute_engine(r.engine);
-        EXPECT_EQ(v.get_compute_engine(), r.engine);
-        EXPECT_EQ(v.qc_exe, r.exe) << "engine " << r.engine;
-    }
-}
-
-TEST(ConfigWriters, StartingLayoutsAndTheirVariants)
+// The layouts as the command writes them are checked by the command test;
+// here what it cannot reach: other input kinds, adjustment lists, modules
+// in the old layout, number notation and the full state.
+TEST(ConfigWriters, StartingLayoutVariants)
 {
     Transport v;
     v.set_varables_default();
-    EXPECT_EQ(written(v, terse, 2), golden_terse);
-    EXPECT_EQ(written(v, verbose, 2), golden_verbose);
-    EXPECT_EQ(written(v, old, 2), golden_old);
-    EXPECT_EQ(written(v, terse, 2, {"y.cif", "x.cif", "a.mol"}),
-              edit(golden_terse, {{crystal_default, "  crystal         = x.cif\n"}}));
-    EXPECT_EQ(written(v, terse, 3), edit(golden_terse, {{crystal_default, ""}}));
-    EXPECT_EQ(written(v, old, 0), edit(golden_old, {{old_crystal_default, ""}}));
-    const std::string terse_mol = insert_before(golden_terse, terse_lat_cutoff, golden_vector_lines);
-    EXPECT_EQ(written(v, terse, 1), edit(terse_mol, {{crystal_default, mol_default}}));
-    EXPECT_EQ(written(v, terse, 1, {"b.mol", "a.mol", "c.cif"}),
-              edit(terse_mol, {{crystal_default, "  molecule        = 2 a.mol b.mol\n"}}));
-
+    EXPECT_EQ(written(v, terse, 3), edit(golden("terse.inp"), {{crystal_default, ""}}));
+    EXPECT_EQ(written(v, old, 0), edit(golden("config.inp"), {{old_crystal_default, ""}}));
     v.set_environment_module_gau_flag(true);
     v.module_qc = "g16/c01"; v.nmols = 3;  // an empty list gives one zero per molecule
     v.lumo_adjustment = {1, -2};
-    EXPECT_EQ(written(v, terse, 2), edit(golden_terse, {{module_off, "  module_qc = g16/c01\n"}}));
     EXPECT_EQ(written(v, verbose, 1, {"m1.mol"}),
-              edit(insert_before(golden_verbose, verbose_lat_cutoff, golden_vector_lines),
+              edit(insert_before(golden("verbose.inp"), verbose_lat_cutoff, golden_vector_lines),
                    {{module_off, "  module_qc = g16/c01\n"},
                     {"  homo_adjustment =", "  homo_adjustment = 0 0 0\n"},
                     {"  lumo_adjustment =", "  lumo_adjustment = 1 -2\n"},
                     {crystal_default, "  molecule        = 1 m1.mol\n"}}));
     EXPECT_EQ(written(v, old, 1, {"z.mol"}),
-              edit(insert_before(golden_old, "qc_method       b3lyp", "module_qc   g16/c01\n\n"),
+              edit(insert_before(golden("config.inp"), "qc_method       b3lyp", "module_qc   g16/c01\n\n"),
                    {{old_crystal_default, "molecule        1 z.mol\n"}}));
-}
-
-TEST(ConfigWriters, NumbersInStreamNotation)
-{
-    Transport v;
-    v.set_varables_default();
+    v.set_environment_module_gau_flag(false);
     v.temp = 300.5; v.tsimu = 1e7; v.tsnap = 1000000.0; v.lat_cutoff = 12.3456789;
-    EXPECT_EQ(written(v, terse, 2), edit(golden_terse, {
+    EXPECT_EQ(written(v, terse, 2), edit(golden("terse.inp"), {
+        {module_off, "#  module_qc = g16/c01\n"},  // commented out, with its value
         {"  temp            = 300", "  temp            = 300.5\n"},
         {"  tsimu           = 1000    ! in ns", "  tsimu           = 1e+07    ! in ns\n"},
         {"  tsnap           = 5", "  tsnap           = 1e+06\n"},
@@ -129,16 +103,17 @@ TEST(ConfigWriters, FullStateDefaultAndLoadedInput)
 {
     Transport v;
     v.set_varables_default();
-    EXPECT_EQ(written_full(v), golden_full);
+    const std::string full = golden("full.inp");
+    EXPECT_EQ(written_full(v), full);
     v.input_kind = 1; v.nmols = 2;
     v.mol_files = {"p.mol", "q.mol"};  // the state, not the directory, names them
-    EXPECT_EQ(written_full(v), edit(insert_before(golden_full, "/", "  molecule        = 2 p.mol q.mol\n"),
+    EXPECT_EQ(written_full(v), edit(insert_before(full, "/", "  molecule        = 2 p.mol q.mol\n"),
                                     {{"  homo_adjustment =", "  homo_adjustment = 0 0\n"},
                                      {"  lumo_adjustment =", "  lumo_adjustment = 0 0\n"}}));
     v.set_environment_module_gau_flag(true);  // without the MPI flag: an empty line follows
     v.input_kind = 2; v.nmols = 0; v.crystal_file = "cryst/pentacene.cif";
     EXPECT_EQ(written_full(v),
-              edit(insert_before(golden_full, "/", "  crystal         = cryst/pentacene.cif\n"),
+              edit(insert_before(full, "/", "  crystal         = cryst/pentacene.cif\n"),
                    {{"  # Temperature Dependence",
                      "  module_qc       = gaussian/g09.e01    ! module load gaussian/g09.e01\n\n"
                      "  # Temperature Dependence\n"}}));
@@ -159,7 +134,7 @@ TEST(ConfigWriters, DataDirectoryAndUnopenableFile)
     struct stat st;
     ASSERT_EQ(stat("out", &st), 0);
     EXPECT_EQ(st.st_mode & 07777, 0750u & ~static_cast<unsigned>(umask(umask(0))));
-    EXPECT_EQ(read_text_file("out/veska.inp"), golden_terse);
+    EXPECT_EQ(read_text_file("out/veska.inp"), golden("terse.inp"));
     EXPECT_TRUE(std::filesystem::exists("out/f.inp") && !std::filesystem::exists("veska.inp"));
 
     v.data_dir = "no/such/dir";  // one level only: parents are not created

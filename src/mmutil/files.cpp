@@ -86,9 +86,12 @@ std::vector<std::string> globFileVector(const std::string& pattern)
 
 int get_date(int* month, int* day, int* year)
 {
-    time_t now = time(nullptr);
+    // SOURCE_DATE_EPOCH (seconds, read as UTC) pins the date for reproducible files.
+    const char* pinned = getenv("SOURCE_DATE_EPOCH");
+    time_t now = pinned && *pinned ? static_cast<time_t>(strtoll(pinned, nullptr, 10)) : time(nullptr);
     struct tm local;
-    localtime_r(&now, &local);
+    if (pinned && *pinned) gmtime_r(&now, &local);
+    else localtime_r(&now, &local);
     *month = local.tm_mon + 1;
     *day = local.tm_mday;
     *year = local.tm_year + 1900;

@@ -1,0 +1,124 @@
+// The workspace itself: pair keys, post-read treatment and release of what
+// was (and was not) built.
+
+#include <gtest/gtest.h>
+
+#include "test_support.h"
+#include "transport.h"
+
+// A workspace whose neighbour counts are set by hand.
+static void set_counts(Transport& t, std::vector<int> counts)
+{
+    t.nmols = (int)counts.size();
+    t.neighbor_nmols = t.nmols;
+    t.nnei = new int[counts.size()];
+    for (size_t i = 0; i < counts.size(); i++) t.nnei[i] = counts[i];
+    t.neighbor_list_built = true;
+}
+
+TEST(TransportKeys, MapBothWays)
+{
+    struct Case { std::vector<int> nnei; int i, j, key; };
+    const Case cases[] = {
+        {{2, 3}, 1, 0, 2}, {{2, 3}, 1, 2, 4}, {{2, 3}, 0, 1, 1}, {{0, 2}, 1, 0, 0},
+        {{4, 0, 3}, 2, 2, 6},
+    };
+    for (const Case& c : cases) {
+        Transport t;
+        set_counts(t, c.nnei);
+        int key = -7, i = -7, j = -7;
+        t.neighbor_map_key_2d_to_1d(c.i, c.j, &key);
+        t.neighbor_map_key_1d_to_2d(c.key, &i, &j);
+        EXPECT_EQ(key, c.key);
+        EXPECT_EQ(i, c.i);
+        EXPECT_EQ(j, c.j);
+        EXPECT_EQ(t.neighbor_map_key_1d_to_uc_id(c.key), c.i);
+    }
+}
+
+TEST(TransportKeys, KeyBeyondTheLastMolecule)
+{
+    Transport t;
+    set_counts(t, {2, 3});
+    int i = -7, j = -7, key = -7;
+    t.neighbor_map_key_1d_to_2d(5, &i, &j);
+    t.neighbor_map_key_2d_to_1d(2, 0, &key);
+    EXPECT_EQ(i, -7);
+    EXPECT_EQ(j, -7);
+    EXPECT_EQ(key, -7);
+    EXPECT_EXIT((dup2(2, 1), t.neighbor_map_key_1d_to_uc_id(5)), ::testing::ExitedWithCode(255),
+                "ERROR  transport : transport : line 4100 : \n+neighbor key mapping error!");
+}
+
+TEST(TransportKeys, UniquePairList)
+{
+    Transport t;
+    EXPECT_EQ(t.check_if_key_in_keylist(1), 0);
+    t.unique_pair_list = new int[3]{1, 4, 9};
+    t.unique_pair_count = 3;
+    t.pair_data_built = true;
+    EXPECT_EQ(t.check_if_key_in_keylist(4), 1);
+    EXPECT_EQ(t.check_if_key_in_keylist(5), 0);
+}
+
+// Methane and a lone hydrogen in a cubic 10 Å cell.
+static void two_molecules(Transport& t)
+{
+    double cell[6] = {10, 10, 10, 90, 90, 90};
+    t.cell_cell6_to_latt3x3(cell, t.latt3x3);
+    t.nmols = 2;
+    t.natoms_mol = new int[2]{5, 1};
+    t.atypes_mol = new int*[2]{new int[5]{6, 1, 1, 1, 1}, new int[1]{1}};
+    t.x_s_mol = new double*[2]{new double[15]{0.1, 0.1, 0.1, 0.2, 0.1, 0.1, 0.0, 0.1, 0.1,
+                                              0.1, 0.2, 0.1, 0.1, 0.0, 0.1},
+                               new double[3]{0.5, 0.5, 0.5}};
+    t.x_mol = new double*[2]{new double[15](), new double[3]()};
+    t.mol_mass = new double[2]();
+    t.x_com = new double[6]();
+    t.x_s_com = new double[6]();
+    t.mol_id = new int[2]{1, 2};
+}
+
+TEST(TransportWorkspace, PostReadTreatment)
+{
+    struct Case { double tsimu, tsnap; int nsnap; };
+    for (Case c : {Case{1000, 5, 200}, Case{12, 5, 2}, Case{13, 5, 3}}) {
+        Transport t;
+        two_molecules(t);
+        t.tsimu = c.tsimu;
+        t.tsnap = c.tsnap;
+        t.sched_type = "SLURM";
+        t.post_data_read_treatment();
+        EXPECT_EQ(t.nsnap, c.nsnap);
+        EXPECT_EQ(t.homo_index[0], 5);
+        EXPECT_EQ(t.homo_index[1], 0);  // one electron rounds down
+        EXPECT_EQ(t.job_sched_type, 1);
+        EXPECT_NEAR(t.mol_mass[1], 1.008, 0.01);
+        EXPECT_NEAR(t.x_s_com[0], (12.011 * 0.1 + 1.008 * 0.4) / (12.011 + 4 * 1.008), 1e-3);
+        EXPECT_NEAR(t.x_com[3], 5.0, 1e-9);
+    }
+}
+
+TEST(TransportWorkspace, AdjustmentListsMustMatchTheMolecules)
+{
+    Transport t;
+    two_molecules(t);
+    t.lumo_adjustment = {1, 2, 3};
+    EXPECT_EXIT(t.post_data_read_treatment(), ::testing::ExitedWithCode(255),
+                "lumo_adjustment: Number of input parameters \\(3\\) is NOT equal to nmols_uc \\(2\\)");
+    t.lumo_adjustment = {};
+    t.homo_adjustment = {1};
+    EXPECT_EXIT(t.post_data_read_treatment(), ::testing::ExitedWithCode(255),
+                "homo_adjustment: Number of input parameters \\(1\\) is NOT equal to nmols_uc");
+}
+
+// A configuration may announce molecules that no driver read: nothing is
+// released that was never allocated, and the treatment stops clearly.
+TEST(TransportWorkspace, AnnouncedMoleculesWithoutStructure)
+{
+    auto t = std::make_unique<Transport>();
+    t->nmols = 3;
+    EXPECT_EXIT(t->post_data_read_treatment(), ::testing::ExitedWithCode(255),
+                "3 molecules are announced but no structure was read");
+    t.reset();
+}
