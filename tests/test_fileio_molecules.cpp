@@ -128,18 +128,20 @@ TEST(Separation, SameMoleculesAsThePlainSearch)
     std::mt19937 rng(11);
     std::uniform_real_distribution<double> u(-0.2, 1.2);
     const double cells[][6] = {{9.1, 7.3, 12.8, 101.9, 112.6, 85.8}, {4.0, 4.0, 30.0, 90, 90, 120},
-                               {25, 25, 25, 90, 90, 90}, {18, 14, 22, 95, 100, 105}};
+                               {25, 25, 25, 90, 90, 90}, {18, 14, 22, 95, 100, 105},
+                               {60, 50, 70, 90, 100, 90}};  // clusters in a corner of it
     const double radii[] = {0.35, 0.77, 1.04, 1.98};
     int split_cells = 0;
-    for (int trial = 0; trial < 16; trial++) {
+    for (int trial = 0; trial < 20; trial++) {
         FileIO f;
         double cell[6], latt[3][3];
-        std::copy(cells[trial % 4], cells[trial % 4] + 6, cell);
+        std::copy(cells[trial % 5], cells[trial % 5] + 6, cell);
         f.cell_cell6_to_latt3x3(cell, latt);
-        if (trial >= 8) f.bond_dis_scale = 1.4;
+        if (trial >= 10) f.bond_dis_scale = 1.4;
+        const double spread = trial % 5 == 4 ? 0.15 : 1.0;
         std::vector<double> xs;  // clusters of atoms so that molecules of many sizes form
         for (int c = 0; c < 12; c++) {
-            double cx = u(rng), cy = u(rng), cz = u(rng);
+            double cx = spread * u(rng), cy = spread * u(rng), cz = spread * u(rng);
             for (int a = 0; a < 1 + c % 7; a++)
                 for (double o : {cx, cy, cz}) xs.push_back(o + 0.05 * (u(rng) - 0.5));
         }
@@ -147,22 +149,8 @@ TEST(Separation, SameMoleculesAsThePlainSearch)
         for (int i = 0; i < f.natoms_cif; i++) f.cif_radius[i] = radii[(i * 7 + trial) % 4];
         if (trial == 5) f.cif_radius[3] = 9999.99;
         if (trial == 6) f.cif_x_s[4] = 3.0e6;
-        const int n = f.natoms_cif;
-        std::vector<int> avail(n, 1), members(n), counts, order;
-        for (int in_mol = 0;;) {
-            int atom, partner;
-            double dist;
-            f.find_bond_atom(n, avail.data(), in_mol, members.data(), &atom, &partner, &dist);
-            if (atom >= 0) {
-                avail[atom] = 0;
-                members[in_mol++] = atom;
-                continue;
-            }
-            if (in_mol == 0) break;
-            counts.push_back(in_mol);
-            order.insert(order.end(), members.begin(), members.begin() + in_mol);
-            in_mol = 0;
-        }
+        std::vector<int> counts, order;
+        plain_molecules(f, counts, order);
         f.separate_cif_molecules(false);
         EXPECT_EQ(f.mol_natoms_list, counts) << trial;
         EXPECT_EQ(f.mol_atom_list, order) << trial;
