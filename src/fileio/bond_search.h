@@ -46,12 +46,13 @@ static inline double cell_norm(const double latt[3][3], const double* d)
 static inline bool within_reach(const double* xi, const double* xm, bool wrap,
                                 const double reach[3], double* d)
 {
+    bool near = true;
     for (int k = 0; k < 3; k++) {
         d[k] = xm[k] - xi[k];
         if (wrap) d[k] = min_image(d[k]);
-        if (!(std::fabs(d[k]) <= reach[k])) return false;
+        near &= std::fabs(d[k]) <= reach[k];  // one branch for the three
     }
-    return true;
+    return near;
 }
 
 // A reach that bounds nothing: every pair gets its distance formed.

@@ -174,9 +174,9 @@ void PeriodicGrid::build(const double* x_s, int n)
         next += c.count;
         c.count = 0;
     }
-    items.resize((size_t)n);
+    items.resize((size_t)n + 1);
     slot.resize((size_t)n);
-    found.resize((size_t)n);
+    found.resize((size_t)n + 1);
     for (int i = 0; i < n; i++) {
         CellRange& c = cells[cell_of[i]];
         slot[i] = c.first + c.count++;
@@ -202,9 +202,12 @@ int PeriodicGrid::gather_near(const double* p)
             for (int d = 0; d < mz; d++) {
                 const CellRange r = range[row + nz[d]];
                 const int* from = item + r.first;
-                const int present = r.count;
-                for (int k = 0; k < present; k++) out[n + k] = from[k];
-                n += present;
+                // Most cells hold none or one: copy one whatever the count
+                // (items and found have a spare slot) so that no branch
+                // depends on it, and loop only for the rest.
+                out[n] = from[0];
+                for (int k = 1; k < r.count; k++) out[n + k] = from[k];
+                n += r.count;
             }
         }
     return n;

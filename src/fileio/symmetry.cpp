@@ -108,10 +108,12 @@ struct ImageArrays {
     double* x_s;
 };
 
+// The caller fills every entry; only the Cartesian coordinates, which the
+// expansion leaves to the reader, start as zeros.
 static ImageArrays new_image_arrays(int n)
 {
     size_t un = (size_t)n;
-    return {new int[un](), new double[un](), new double[3 * un](), new double[3 * un]()};
+    return {new int[un], new double[un], new double[3 * un](), new double[3 * un]};
 }
 
 // Fills images o*n .. o*n+n-1 for one operator applied to every atom.

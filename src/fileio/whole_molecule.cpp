@@ -21,6 +21,8 @@ static int whole_bond(const FileIO& f, const double* x_s, const double* radii, i
     const double* xm = x_s + 3 * (size_t)m;
     double limit = (radii[m] + radii[i]) * f.bond_dis_scale;
     if (within_reach(xi, xm, false, reach, d) && limit > cell_norm(f.latt3x3, d)) return 1;
+    // No component beyond a half: the minimum image is the raw difference.
+    if (std::fabs(d[0]) <= 0.5 && std::fabs(d[1]) <= 0.5 && std::fabs(d[2]) <= 0.5) return 0;
     if (within_reach(xi, xm, true, reach, d) && limit > cell_norm(f.latt3x3, d)) return 2;
     return 0;
 }
