@@ -90,14 +90,17 @@ TEST_F(MolReader, DamagedFiles)
          err + problems + "         Not enough atoms to match atom count \\(3\\) in counts line\n"},
         {kHeader + " -5  0  0  0  0  0\n", 1, 0, 0, "Negative atom count"},
         {atoms("M  V30 1 C 1 2 3 0\nM  V30 2 C 4 5 6 0\n"), 0, 1, 6},  // more atoms than COUNTS
-        {atoms("M  V30 one C 1 2 3 0\n"), 0, 1, 0},
-        {atoms("M  V30 1 C 1 2 zz 0\n"), 0, 1, 0},
-        {atoms("M  V30 1 C 1 2\n"), 0, 1, 0},
+        {atoms("M  V30 one C 1 2 3 0\n"), 0, 0, 0},
+        {atoms("M  V30 1 C 1 2 zz 0\n"), 0, 0, 0},
+        {atoms("M  V30 1 C 1 2\n"), 0, 0, 0},
         {atoms("M  V30 1 C 1 2 3 0 CHG\n"), 0, 1, 6},
         {atoms("M  V30 1 C 1 2 3 0 " + std::string(100000, 'A') + "=1\n"), 0, 1, 6},
         {v3000("M  V30 BEGIN ATOM\nM  V30 1 C 1 2 3 0\nM  V30 END ATOM\n"), 0, 0, 0},  // no COUNTS
         {v3000("M  V30 COUNTS -4 0 0 0 0\n"), 0, 0, 0},
         {v3000("M  V30 COUNTS 99999999999 0 0 0 0\n"), 0, 0, 0},
+        // A count never makes atoms: only those read are kept, and counted.
+        {v3000("M  V30 COUNTS 100000 0 0 0 0\n"), 0, 0, 0, "molecule 1 keeps the 0 atoms read"},
+        {atoms("M  V30 1 N 1 2 3 0\nM  V30 2 C 4 5 6 0\n", 3), 0, 2, 7, "keeps the 2 atoms read"},
         {v3000("M  V30 COUNTS x 0 0 0 0\n"), 0, 0, 0},
         {v3000("M  V30 COUNTS\n"), 0, 0, 0},
         {v3000_line + "M  V30 BEGIN ATOM\nM  V30 1 C 1 2 3 0\nM  V30 END ATOM\nM  END\n", 0, 0, 0},  // outside CTAB
@@ -113,7 +116,7 @@ TEST_F(MolReader, DamagedFiles)
                         testing::ExitedWithCode(c.status), c.message);
             continue;
         }
-        read_mol(c.text);
+        EXPECT_NE(read_mol(c.text).find(c.message), std::string::npos);
         if (c.natoms < 0) continue;
         ASSERT_EQ(f.natoms_mol[0], c.natoms);
         if (c.natoms > 0) { EXPECT_EQ(f.atypes_mol[0][0], c.type0); }
@@ -135,7 +138,8 @@ TEST_F(MolReader, V3000AtomOptionsRGroupsAndFullPrecision)
     // before it is kept, the one after it never read.
     EXPECT_NE(read_mol(atoms("M  V30 1 N 0.0 1.0 2.0 0 CHG\nM  V30 2 O 0.0 1.0 2.0 0\n", 2))
                   .find("WARNING: The V3000 blocks of \"a.mol\""), std::string::npos);
-    EXPECT_EQ(f.atypes_mol[0][0] * 10 + f.atypes_mol[0][1], 70);
+    ASSERT_EQ(f.natoms_mol[0], 1);
+    EXPECT_EQ(f.atypes_mol[0][0], 7);
     EXPECT_EQ(read_mol(atoms("M  V30 1 R# 1 1 1 0 RGROUPS=(1)\nM  V30 2 O 4 5 6 0\n", 2)),
               "WARNING: A molecule contains an R group which is not implemented!\n");
     EXPECT_EQ(f.atypes_mol[0][0], 0);

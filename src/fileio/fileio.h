@@ -59,6 +59,7 @@ public:
     std::vector<std::string> v3000_names;
     std::map<int, int> v3000_atom_map;
     int v3000_mol = 0;  // molecule the V3000 atom block fills
+    int v3000_count = 0;  // atoms its CTAB's COUNTS line announces
     bool debug_print = false;
     std::string data_dir = "data";
     std::string crystal_file;

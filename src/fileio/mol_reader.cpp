@@ -202,32 +202,55 @@ static bool read_atom_options(FileIO& f, const std::vector<std::string>& v)
     return true;
 }
 
-bool FileIO::ReadAtomBlock(std::istream& in)
+// The atoms of one ATOM block as read, kept apart from the molecule until the
+// block ends so that a count alone never sizes an allocation.
+struct V3000Atoms {
+    std::vector<int> types;
+    std::vector<double> xyz;
+};
+
+// Reads atom lines up to "END"; false when the block breaks the format.
+static bool read_atom_lines(FileIO& f, std::istream& in, V3000Atoms& atoms)
 {
-    const int m = v3000_mol;
-    if (!has_molecule_storage(*this, m)) return false;
-    int pos = 0;
     for (;;) {
-        if (!ReadV3000Line(in, v3000_names)) return false;
-        const std::vector<std::string>& v = v3000_names;
+        if (!f.ReadV3000Line(in, f.v3000_names)) return false;
+        const std::vector<std::string>& v = f.v3000_names;
         if (token(v, 3) == "END") return true;
         long number;
         double x, y, z;
         if (v.size() < 7 || !whole_long(v[2], number) || number < INT_MIN || number > INT_MAX ||
             !whole_double(v[4], x) || !whole_double(v[5], y) || !whole_double(v[6], z))
             return false;
-        pos++;
-        v3000_atom_map[(int)number] = pos;
+        int pos = (int)atoms.types.size() + 1;
+        if (pos > f.v3000_count) return false;  // more atoms than COUNTS announced
+        f.v3000_atom_map[(int)number] = pos;
         if (v[3].compare(0, 2, "R#") == 0) {
             printf("WARNING: A molecule contains an R group which is not implemented!\n");
+            x = y = z = 0.0;  // the position stays a dummy atom
+            atoms.types.push_back(0);
         } else {
-            if (pos > natoms_mol[m]) return false;  // more atoms than COUNTS announced
             std::string type = v[3].substr(0, 5);
             trim(type);
-            store_atom(*this, m, pos - 1, find_element_index_from_name(type.c_str()), x, y, z);
+            atoms.types.push_back(f.find_element_index_from_name(type.c_str()));
         }
-        if (!read_atom_options(*this, v)) return false;
+        atoms.xyz.insert(atoms.xyz.end(), {x, y, z});
+        if (!read_atom_options(f, v)) return false;
     }
+}
+
+bool FileIO::ReadAtomBlock(std::istream& in)
+{
+    const int m = v3000_mol;
+    if (!has_molecule_storage(*this, m)) return false;
+    V3000Atoms atoms;
+    bool ok = read_atom_lines(*this, in, atoms);
+    // The molecule keeps exactly the atoms read, also when the block broke off.
+    int n = (int)atoms.types.size();
+    allocate_molecule(*this, m, n);
+    for (int i = 0; i < n; i++)
+        store_atom(*this, m, i, atoms.types[i], atoms.xyz[3 * i], atoms.xyz[3 * i + 1],
+                   atoms.xyz[3 * i + 2]);
+    return ok;
 }
 
 bool FileIO::ReadBondBlock(std::istream& in)
@@ -311,15 +334,19 @@ static bool read_ctab(FileIO& f, std::istream& in, int m, bool verbose, int dept
     if (!f.ReadV3000Line(in, v) || token(v, 3) != "COUNTS") return false;
     long natoms;
     if (!whole_long(token(v, 4), natoms) || natoms < 0 || natoms > kMaxMolAtoms) return false;
-    allocate_molecule(f, m, (int)natoms);
+    // The count only bounds the ATOM block; the atoms themselves size the molecule.
+    f.v3000_count = (int)natoms;
+    release_molecule(f, m);
     read_blocks(f, in, m, verbose, depth + 1);
-    return token(v, 3) == "END" || token(v, 4) == "CTAB";
+    bool ended = token(v, 3) == "END" || token(v, 4) == "CTAB";
+    return ended && f.natoms_mol[m] == natoms;
 }
 
 bool FileIO::ReadV3000Block(std::istream& in, int m, bool verbose)
 {
     if (!has_molecule_storage(*this, m)) return false;
     v3000_mol = m;
+    v3000_count = 0;
     bool ok = read_blocks(*this, in, m, verbose, 0);
     if (debug_print) {
         printf("V3000 molecule %d: %d atoms\n", m + 1, natoms_mol[m]);

@@ -1,0 +1,4 @@
+#!/bin/sh
+
+python $VESKA_ROOT/bin/veska.py &> veska.log &
+
