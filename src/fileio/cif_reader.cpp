@@ -90,13 +90,12 @@ static bool contains(std::string_view s, const char* tag) { return s.find(tag) !
 
 static bool is_comment(std::string_view t) { return !t.empty() && t[0] == '#'; }
 
+// "data_" in any case: only letters have a case, and setting bit 5 lowers
+// exactly the upper-case letters among them.
 static bool starts_data_block(std::string_view t)
 {
-    static const char kData[] = "data_";
-    if (t.size() < 5) return false;
-    for (int k = 0; k < 5; ++k)
-        if (toupper((unsigned char)t[k]) != toupper((unsigned char)kData[k])) return false;
-    return true;
+    return t.size() >= 5 && (t[0] | 0x20) == 'd' && (t[1] | 0x20) == 'a' &&
+           (t[2] | 0x20) == 't' && (t[3] | 0x20) == 'a' && t[4] == '_';
 }
 
 // Position of the first blank or tab, the split between a tag and its value.
@@ -317,6 +316,34 @@ size_t CifScanner::handle_loop(size_t loop_line)
     return h;  // any other loop: its lines go through the ordinary rules
 }
 
+// The tags of rules 4 to 7, in the order the rules try them.
+enum {
+    TAG_CHEMICAL_NAME,
+    TAG_IT_NUMBER,
+    TAG_HM_OLD,
+    TAG_HM_NEW,
+    TAG_CELL,  // then the five other cell parameters
+    TAG_COUNT = TAG_CELL + 6
+};
+static const std::string_view kRuleTags[TAG_COUNT] = {
+    "_chemical_name_common",    "_space_group_IT_number", "_symmetry_space_group_name_H-M",
+    "_space_group_name_H-M_alt", "_cell_length_a",         "_cell_length_b",
+    "_cell_length_c",            "_cell_angle_alpha",      "_cell_angle_beta",
+    "_cell_angle_gamma"};
+
+// Which rule tags occur anywhere in t, one bit each. Every tag starts with
+// an underscore and then "c" or "s", so only such places are compared.
+static unsigned rule_tags_in(std::string_view t)
+{
+    unsigned found = 0;
+    for (size_t p = t.find('_'); p != std::string_view::npos; p = t.find('_', p + 1)) {
+        if (p + 1 == t.size() || (t[p + 1] != 'c' && t[p + 1] != 's')) continue;
+        for (int k = 0; k < TAG_COUNT; ++k)
+            if (t.substr(p, kRuleTags[k].size()) == kRuleTags[k]) found |= 1u << k;
+    }
+    return found;
+}
+
 // Rules 3 to 7 of the scanner, tried in order on a trimmed line; false when
 // none applies.
 bool CifScanner::apply_tag_rules(std::string_view t)
@@ -325,26 +352,24 @@ bool CifScanner::apply_tag_rules(std::string_view t)
     if (t.find('_') == std::string_view::npos) return false;
     size_t b = first_blank(t);
     std::string_view value = b == std::string_view::npos ? t : t.substr(b + 1);
-
     if (starts_data_block(t)) {
         io.identifier = t.substr(5);
-    } else if (contains(t, "_chemical_name_common")) {
+        return true;
+    }
+    const unsigned tags = rule_tags_in(t);
+    if (tags & (1u << TAG_CHEMICAL_NAME)) {
         std::string name(value);
         sg_trimr(sg_triml(name));
         io.chemical_name = name;
         io.identifier = name;
-    } else if (contains(t, "_space_group_IT_number")) {
+    } else if (tags & (1u << TAG_IT_NUMBER)) {
         io.space_group_number = static_cast<int>(strtol(std::string(value).c_str(), nullptr, 10));
-    } else if (contains(t, "_symmetry_space_group_name_H-M") ||
-               contains(t, "_space_group_name_H-M_alt")) {
+    } else if (tags & (1u << TAG_HM_OLD | 1u << TAG_HM_NEW)) {
         std::string name(value);
         io.space_group_name = trim(name);
     } else {
-        static const char* const cell_tags[6] = {"_cell_length_a",   "_cell_length_b",
-                                                 "_cell_length_c",   "_cell_angle_alpha",
-                                                 "_cell_angle_beta", "_cell_angle_gamma"};
         for (int k = 0; k < 6; ++k) {
-            if (contains(t, cell_tags[k])) {
+            if (tags & (1u << (TAG_CELL + k))) {
                 io.cell_latt[k] = strtod(std::string(value).c_str(), nullptr);
                 return true;
             }
