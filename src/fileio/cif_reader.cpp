@@ -3,10 +3,13 @@
 // checked and dropped). The atoms are then expanded to the P1 cell and
 // separated into molecules.
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <charconv>
+#include <cerrno>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -29,20 +32,29 @@ static const char* const kCifUnit = "fileio";
 // ---- the file as lines -------------------------------------------------
 
 // The whole file in one buffer; false when it cannot be opened or read (a
-// directory included).
+// directory included). Plain system calls, as few as a regular file allows:
+// a read asks for one byte more than the size, so a short read ends it.
 static bool read_whole_file(const char* path, std::string& text)
 {
+    if (!path) return false;
+    int fd = open(path, O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return false;
     struct stat st;
-    if (!path || (stat(path, &st) == 0 && S_ISDIR(st.st_mode))) return false;
-    FILE* in = fopen(path, "rb");
-    if (!in) return false;
-    text.clear();
-    if (st.st_size > 0) text.reserve((size_t)st.st_size + 1);
-    char chunk[65536];
-    size_t got;
-    while ((got = fread(chunk, 1, sizeof chunk, in)) > 0) text.append(chunk, got);
-    bool ok = !ferror(in);
-    fclose(in);
+    bool ok = fstat(fd, &st) == 0 && !S_ISDIR(st.st_mode);
+    size_t used = 0;
+    text.assign(st.st_size > 0 ? (size_t)st.st_size + 1 : 4096, '\0');
+    while (ok) {
+        if (used == text.size()) text.resize(2 * text.size());
+        ssize_t got = read(fd, &text[used], text.size() - used);
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) {
+            ok = got == 0;
+            break;
+        }
+        used += (size_t)got;
+    }
+    close(fd);
+    text.resize(used);
     return ok;
 }
 
