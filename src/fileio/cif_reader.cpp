@@ -111,7 +111,12 @@ static bool starts_data_block(std::string_view t)
 }
 
 // Position of the first blank or tab, the split between a tag and its value.
-static size_t first_blank(std::string_view t) { return t.find_first_of(" \t"); }
+static size_t first_blank(std::string_view t)
+{
+    for (size_t k = 0; k < t.size(); ++k)
+        if (is_blank(t[k])) return k;
+    return std::string_view::npos;
+}
 
 // The words of a row between blanks, tabs and line ends; a NUL byte ends
 // the row, as it ends a C string.
@@ -282,7 +287,7 @@ struct CifScanner {
 
     size_t handle_loop(size_t loop_line);
     size_t skip_text_field(size_t r);
-    bool apply_tag_rules(std::string_view t);
+    bool apply_tag_rules(std::string_view t, unsigned tags);
     void scan();
 };
 
@@ -328,14 +333,15 @@ size_t CifScanner::handle_loop(size_t loop_line)
     return h;  // any other loop: its lines go through the ordinary rules
 }
 
-// The tags of rules 4 to 7, in the order the rules try them.
+// The tags of rules 4 to 7, in the order the rules try them, and "loop_".
 enum {
     TAG_CHEMICAL_NAME,
     TAG_IT_NUMBER,
     TAG_HM_OLD,
     TAG_HM_NEW,
     TAG_CELL,  // then the five other cell parameters
-    TAG_COUNT = TAG_CELL + 6
+    TAG_COUNT = TAG_CELL + 6,
+    TAG_LOOP = TAG_COUNT
 };
 static const std::string_view kRuleTags[TAG_COUNT] = {
     "_chemical_name_common",    "_space_group_IT_number", "_symmetry_space_group_name_H-M",
@@ -343,12 +349,14 @@ static const std::string_view kRuleTags[TAG_COUNT] = {
     "_cell_length_c",            "_cell_angle_alpha",      "_cell_angle_beta",
     "_cell_angle_gamma"};
 
-// Which rule tags occur anywhere in t, one bit each. Every tag starts with
-// an underscore and then "c" or "s", so only such places are compared.
-static unsigned rule_tags_in(std::string_view t)
+// Which rule tags and whether "loop_" occur anywhere in t, one bit each,
+// from the underscores of t: every rule tag starts with one followed by "c"
+// or "s", and "loop_" ends with one.
+static unsigned tags_in(std::string_view t)
 {
     unsigned found = 0;
     for (size_t p = t.find('_'); p != std::string_view::npos; p = t.find('_', p + 1)) {
+        if (p >= 4 && t.substr(p - 4, 4) == "loop") found |= 1u << TAG_LOOP;
         if (p + 1 == t.size() || (t[p + 1] != 'c' && t[p + 1] != 's')) continue;
         for (int k = 0; k < TAG_COUNT; ++k)
             if (t.substr(p, kRuleTags[k].size()) == kRuleTags[k]) found |= 1u << k;
@@ -356,37 +364,31 @@ static unsigned rule_tags_in(std::string_view t)
     return found;
 }
 
-// Rules 3 to 7 of the scanner, tried in order on a trimmed line; false when
-// none applies.
-bool CifScanner::apply_tag_rules(std::string_view t)
+// Rules 3 to 7 of the scanner, tried in order on a trimmed line with the
+// given tags; false when none applies.
+bool CifScanner::apply_tag_rules(std::string_view t, unsigned tags)
 {
-    // Every tag the rules look for, "data_" included, holds an underscore.
-    if (t.find('_') == std::string_view::npos) return false;
-    size_t b = first_blank(t);
-    std::string_view value = b == std::string_view::npos ? t : t.substr(b + 1);
     if (starts_data_block(t)) {
         io.identifier = t.substr(5);
         return true;
     }
-    const unsigned tags = rule_tags_in(t);
+    if (!(tags & ((1u << TAG_COUNT) - 1))) return false;
+    size_t b = first_blank(t);
+    const std::string value(b == std::string_view::npos ? t : t.substr(b + 1));
     if (tags & (1u << TAG_CHEMICAL_NAME)) {
-        std::string name(value);
+        std::string name = value;
         sg_trimr(sg_triml(name));
         io.chemical_name = name;
         io.identifier = name;
     } else if (tags & (1u << TAG_IT_NUMBER)) {
-        io.space_group_number = static_cast<int>(strtol(std::string(value).c_str(), nullptr, 10));
+        io.space_group_number = static_cast<int>(strtol(value.c_str(), nullptr, 10));
     } else if (tags & (1u << TAG_HM_OLD | 1u << TAG_HM_NEW)) {
-        std::string name(value);
+        std::string name = value;
         io.space_group_name = trim(name);
     } else {
-        for (int k = 0; k < 6; ++k) {
-            if (tags & (1u << (TAG_CELL + k))) {
-                io.cell_latt[k] = strtod(std::string(value).c_str(), nullptr);
-                return true;
-            }
-        }
-        return false;
+        int k = 0;
+        while (!(tags & (1u << (TAG_CELL + k)))) ++k;
+        io.cell_latt[k] = strtod(value.c_str(), nullptr);
     }
     return true;
 }
@@ -400,7 +402,10 @@ void CifScanner::scan()
             ++r;
         } else if (t[0] == ';') {
             r = skip_text_field(r);
-        } else if (!apply_tag_rules(t) && contains(t, "loop_")) {
+        } else if (t.find('_') == std::string_view::npos) {
+            ++r;  // no tag, "data_" and "loop_" included, lacks an underscore
+        } else if (unsigned tags = tags_in(t);
+                   !apply_tag_rules(t, tags) && (tags & (1u << TAG_LOOP))) {
             r = handle_loop(r);
         } else {
             ++r;
