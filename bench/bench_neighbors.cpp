@@ -14,50 +14,14 @@
 #include <string>
 #include <vector>
 
+#include "bench_support.h"
 #include "neighbor_internal.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-// Where the supercell and the unique analysis's tables go; removed at exit.
-struct Scratch {
-    fs::path dir = fs::temp_directory_path() / ("veska_bench_" + std::to_string(getpid()));
-    Scratch() { fs::create_directories(dir); }
-    ~Scratch()
-    {
-        std::error_code ec;
-        fs::remove_all(dir, ec);
-    }
-};
-
-const fs::path& scratch()
-{
-    static Scratch s;
-    return s.dir;
-}
-
-// The reader's warnings and the unique analysis's duplicate-pair check stay
-// off the benchmark's own output.
-class QuietStdout {
-public:
-    QuietStdout() : saved_(dup(1))
-    {
-        fflush(stdout);
-        int null = open("/dev/null", O_WRONLY);
-        dup2(null, 1);
-        close(null);
-    }
-    ~QuietStdout()
-    {
-        fflush(stdout);
-        dup2(saved_, 1);
-        close(saved_);
-    }
-
-private:
-    int saved_;
-};
+const std::filesystem::path& scratch() { return bench_scratch(); }
 
 void read_crystal(Transport& t, const std::string& path)
 {

@@ -1,11 +1,13 @@
 #!/usr/bin/env bash
-# Builds the command and runs it in a scratch directory that holds a
-# bundled crystal (pentacene): writes the workflow configuration veska.inp,
-# which names that crystal, and the launcher run.sh there.
+# The main job on a bundled real crystal (pentacene): builds the commands,
+# writes veska.inp next to the crystal with veska_transport_inp (extra
+# arguments go to it, e.g. -orca), runs veska_transport_prepare there and
+# shows the run directory it wrote, in out/example/.
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 cmake -S "$root" -B "$root/build" >/dev/null
-cmake --build "$root/build" -j "$(nproc 2>/dev/null || echo 2)" --target veska_transport_inp
+cmake --build "$root/build" -j "$(nproc 2>/dev/null || echo 2)" \
+    --target veska_transport_inp veska_transport_prepare
 out="$root/out/example"
 rm -rf "$out"
 mkdir -p "$out"
@@ -13,5 +15,9 @@ cp "$root/tests/data/pentacene_pencen01.cif" "$out/"
 cd "$out"
 "$root/build/veska_transport_inp" "$@"
 echo
-echo "Files written in $out:"
-ls -l
+"$root/build/veska_transport_prepare"
+echo
+echo "The run directory $out:"
+find . -mindepth 1 -maxdepth 2 -type d | sort | while read -r d; do
+    printf '  %-24s %3d files\n' "${d#./}/" "$(find "$d" -type f | wc -l)"
+done

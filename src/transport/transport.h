@@ -76,6 +76,7 @@ public:
     int get_run_memory() { return qc_memory; }
     void get_workdir(std::string& dir);
     void post_data_read_treatment();
+    int snapshot_count();  // round(tsimu / tsnap), stopping on a bad interval
     void calc_x_com();
     void fill_homo_index();  // half the electron count per molecule, into homo_index
     // Release one group of the workspace's arrays (each may be rebuilt later).
@@ -183,6 +184,15 @@ public:
     double read_temp_inp();
 
     // ---- Monte Carlo simulation (monte_carlo.cpp) --------------------------
+    // Run settings the commands set (the configuration has none of them):
+    // with mc_seeded, simulation k draws from a generator seeded by
+    // (mc_seed, k), so a run can be repeated; MC_run_openMP runs up to
+    // mc_threads simulations at once and merges their sums in simulation
+    // order, so the thread count does not change a seeded run's files.
+    bool mc_seeded = false;
+    unsigned long long mc_seed = 0;
+    int mc_threads = 1;
+    std::vector<long long> mc_istep_total;   // exact hop-count sums behind sum_istep
     void MC_init();
     void MC_simulation_one(int isimu, const char* dir);
     void MC_run(const char* dir, int simu0, int nsimu);
