@@ -5,12 +5,11 @@
 // images all bond into one molecule.
 
 #include <benchmark/benchmark.h>
-#include <unistd.h>
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "bench_support.h"
 #include "fileio.h"
 #include "structure_cases.h"
 
@@ -75,9 +74,7 @@ BENCHMARK(BM_MakeWholePlainSteps)->Arg(200)->Arg(400)->Arg(800)->Arg(1600)
 void BM_HostileCell(benchmark::State& state)
 {
     const bool unknown = state.range(0) == 1;
-    const std::string path = (std::filesystem::temp_directory_path() /
-                              ("veska_hostile_" + std::to_string(getpid()) + ".cif"))
-                                 .string();
+    const std::string path = (bench_scratch() / "hostile.cif").string();
     write_cif(path, unknown ? hostile_cell("Q", 10.0) : hostile_cell("C", 0.5));
     int natoms = 0, nmols = 0;
     for (auto _ : state) {
@@ -88,7 +85,6 @@ void BM_HostileCell(benchmark::State& state)
         natoms = f.natoms_cif;
         nmols = f.nmols;
     }
-    std::filesystem::remove(path);
     state.counters["images"] = natoms;
     state.counters["molecules"] = nmols;
 }

@@ -8,9 +8,7 @@
 // the fastest repetition counts). An argument names another folder of CIFs.
 
 #include <benchmark/benchmark.h>
-#include <fcntl.h>
 #include <malloc.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
@@ -20,6 +18,7 @@
 #include <string>
 #include <vector>
 
+#include "bench_support.h"
 #include "fileio.h"
 #include "peer_gemmi.h"
 #include "structure_cases.h"
@@ -177,28 +176,16 @@ int main(int argc, char** argv)
     mallopt(M_MMAP_THRESHOLD, 1 << 30);
 #endif
     const fs::path data = argc > 1 ? fs::path(argv[1]) : fs::path(VESKA_BENCH_DATA_DIR);
-    const fs::path tmp = fs::temp_directory_path() / ("veska_peer_" + std::to_string(getpid()));
-    fs::create_directories(tmp);
     fprintf(stderr, "running the project and gemmi on the crystals in %s ...\n", data.c_str());
-
-    // The project prints its warnings (overlapped atoms) on standard
-    // output; keep them out of the table.
-    fflush(stdout);
-    int saved_stdout = dup(1);
-    int devnull = open("/dev/null", O_WRONLY);
-    dup2(devnull, 1);
-    std::vector<Case> cases = make_cases(data, tmp);
+    std::vector<Case> cases;
     std::map<std::string, Counts> project, peer;
-    register_cases(cases, project, peer);
     FastestReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    fflush(stdout);
-    dup2(saved_stdout, 1);
-    close(devnull);
-    close(saved_stdout);
-    std::error_code ec;
-    fs::remove_all(tmp, ec);
-
+    {
+        QuietStdout quiet;  // the project's warnings (overlapped atoms) stay out of the table
+        cases = make_cases(data, bench_scratch());
+        register_cases(cases, project, peer);
+        benchmark::RunSpecifiedBenchmarks(&reporter);
+    }
     print_table(cases, reporter.fastest, project, peer);
     benchmark::Shutdown();
     return 0;
