@@ -241,14 +241,6 @@ void write_plain_inputs(Transport& t, const QcEngine& e)
     }
 }
 
-void check_adjustment_length(const std::vector<int>& list, const char* label, int nmols)
-{
-    if (!list.empty() && int(list.size()) != nmols)
-        veska_fatal("transport", kIndexFileError, -1, stderr,
-                    "%s: Number of input parameters (%d) is NOT equal to nmols_uc (%d)\n", label,
-                    int(list.size()), nmols);
-}
-
 void write_index_file(const std::string& path, const std::string& text)
 {
     if (write_text_file(path.c_str(), text) != WRITE_OK)
@@ -314,8 +306,7 @@ int* Transport::calc_homo()
 
 void Transport::write_H_L_inp()
 {
-    check_adjustment_length(homo_adjustment, "homo_adjustment", nmols);
-    check_adjustment_length(lumo_adjustment, "lumo_adjustment", nmols);
+    check_adjustment_lengths();
     if (nmols > 0 && !homo_index) calc_homo();
     const int n = nmols > 0 ? nmols : 0;
     create_directory(data_dir.c_str());

@@ -153,6 +153,12 @@ void Transport::post_data_read_treatment()
     calc_x_com();
     fill_homo_index();
     parse_scheduling_type();
+    check_adjustment_lengths();
+}
+
+// Either list is empty or holds one entry per unit-cell molecule.
+void Transport::check_adjustment_lengths()
+{
     check_adjustment_length("homo_adjustment", homo_adjustment, nmols, 6407);
     check_adjustment_length("lumo_adjustment", lumo_adjustment, nmols, 6418);
 }
