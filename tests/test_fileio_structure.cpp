@@ -1,11 +1,13 @@
 // From atoms to molecules: the element table, cell geometry, symmetry
 // operators and the P1 expansion, molecule separation and unwrapping,
 // duplicate molecules, and the structure driver with its bond files. The
-// fast expansion and separation are checked against plain searches.
+// fast expansion, separation and make-whole are checked bit for bit against
+// plain scans: on random cells, the shared crystals and hostile cells.
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <filesystem>
 #include <random>
 
 #include "test_support.h"
@@ -46,6 +48,168 @@ Op parse(const std::string& text)
     Op op;
     FileIO().ParseTransformString(text, op.R, op.t);
     return op;
+}
+
+// The images of the atoms under each operator in turn, wrapped once, with
+// every image that coincides with an unflagged earlier one dropped by the
+// plain pairwise scan.
+inline std::vector<double> plain_p1_cell(const std::vector<std::string>& ops,
+                                         const std::vector<double>& xs)
+{
+    std::vector<double> img, kept;
+    for (const std::string& op : ops) {
+        double R[3][3] = {{0, 0, 0}, {0, 0, 0}, {0, 0, 0}}, t[3] = {0, 0, 0};
+        FileIO().ParseTransformString(op, R, t);
+        for (size_t i = 0; i < xs.size(); i += 3)
+            for (int r = 0; r < 3; r++) {
+                double v = R[r][0] * xs[i] + R[r][1] * xs[i + 1] + R[r][2] * xs[i + 2] + t[r];
+                img.push_back(v < 0 ? v + 1 : (v >= 1 ? v - 1 : v));
+            }
+    }
+    const size_t n = img.size() / 3;
+    std::vector<char> flag(n, 0);
+    for (size_t a = 0; a < n; a++) {
+        if (flag[a]) continue;
+        kept.insert(kept.end(), img.begin() + 3 * a, img.begin() + 3 * a + 3);
+        for (size_t b = a + 1; b < n; b++) {
+            double s = 0;
+            for (int k = 0; k < 3; k++) {
+                double d = img[3 * b + k] - img[3 * a + k];
+                d = d > 0.5 ? d - 1 : (d < -0.5 ? d + 1 : d);
+                s += d * d;
+            }
+            if (!flag[b] && s < 1e-6) flag[b] = 1;
+        }
+    }
+    return kept;
+}
+
+// find_bond_atom repeated over the cell: molecule sizes and atoms in order.
+inline void plain_molecules(FileIO& f, std::vector<int>& counts, std::vector<int>& order)
+{
+    const int n = f.natoms_cif;
+    std::vector<int> avail(n, 1), members(n);
+    counts.clear();
+    order.clear();
+    for (int in_mol = 0;;) {
+        int atom, partner;
+        double dist;
+        f.find_bond_atom(n, avail.data(), in_mol, members.data(), &atom, &partner, &dist);
+        if (atom >= 0) {
+            avail[atom] = 0;
+            members[in_mol++] = atom;
+            continue;
+        }
+        if (in_mol == 0) return;
+        counts.push_back(in_mol);
+        order.insert(order.end(), members.begin(), members.begin() + in_mol);
+        in_mol = 0;
+    }
+}
+
+// find_bond_atom_one repeated from atom 0, then the mass-weighted centre
+// (the plain mean for massless atoms) brought into the cell one step per
+// component; returns how many joined.
+inline int plain_whole(FileIO& f, int n, const int* types, double* x)
+{
+    std::vector<double> radii(n);
+    for (int i = 0; i < n; i++) radii[i] = f.find_element_radius_from_index(types[i] < 0 ? 0 : types[i]);
+    std::vector<int> avail(n, 1), members(n, 0);
+    avail[0] = 0;
+    int joined = 1;
+    while (joined < n) {
+        int atom, partner;
+        double dist;
+        f.find_bond_atom_one(n, x, radii.data(), avail.data(), joined, members.data(), &atom,
+                             &partner, &dist);
+        if (atom < 0 || !((radii[partner] + radii[atom]) * f.bond_dis_scale >= dist)) return joined;
+        avail[atom] = 0;
+        members[joined++] = atom;
+    }
+    double c[3] = {0, 0, 0}, mean[3] = {0, 0, 0}, total = 0;
+    for (int i = 0; i < n; i++) {
+        double w = element_table[types[i] < 0 ? 0 : types[i]].mass;
+        total += w;
+        for (int k = 0; k < 3; k++) c[k] += w * x[3 * i + k], mean[k] += x[3 * i + k];
+    }
+    for (int k = 0; k < 3; k++) {
+        c[k] = total > 0 ? c[k] / total : mean[k] / n;
+        double shift = c[k] < -5.96046448e-08 ? 1.0 : (c[k] > 1.0000000596046448 ? -1.0 : 0.0);
+        if (shift != 0.0)
+            for (int i = 0; i < n; i++) x[3 * i + k] += shift;
+    }
+    return joined;
+}
+
+// Bit for bit: NaNs from a coordinate out of range included.
+bool same_bits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+
+// Reads a CIF through the pipeline and, when `plain`, checks every stage
+// against the plain scans: the P1 cell, the molecules, each molecule whole.
+void read_pipeline(const std::string& path, bool plain, int* natoms, int* nmols)
+{
+    SCOPED_TRACE(path);
+    FileIO f;
+    testing::internal::CaptureStdout();
+    f.read_data_cif(path.c_str(), false);
+    testing::internal::GetCapturedStdout();
+    std::vector<double> xs, cell;
+    for (size_t i = 0; plain && i < f.cif_atoms.label.size() && !f.symm_ops.empty(); i++)
+        for (auto v : {f.cif_atoms.fract_x[i], f.cif_atoms.fract_y[i], f.cif_atoms.fract_z[i]})
+            xs.push_back(strtod(v.c_str(), nullptr));
+    const int n = *natoms = f.natoms_cif;
+    std::vector<int> counts, order;
+    if (plain) {
+        cell = plain_p1_cell(f.symm_ops, xs);
+        ASSERT_EQ(3 * n, (int)cell.size());
+        for (int k = 0; k < 3 * n; k++) ASSERT_TRUE(same_bits(f.cif_x_s[k], cell[k])) << k;
+        f.cif_radius = new double[n + 1];
+        for (int i = 0; i < n; i++)
+            f.cif_radius[i] = f.cif_atypes[i] < 0 ? 9999.99 : element_radius_nw[f.cif_atypes[i]];
+        plain_molecules(f, counts, order);
+        ASSERT_EQ(f.mol_natoms_list, counts);
+        ASSERT_EQ(f.mol_atom_list, order);
+    }
+    f.input_kind = 2;
+    f.read_crystal_strcuture_files(false, false);
+    *nmols = f.nmols;
+    for (int m = 0, next = 0; plain && m < f.nmols; next += f.natoms_mol[m++]) {
+        std::vector<int> types;
+        std::vector<double> x;
+        for (int i = next; i < next + f.natoms_mol[m]; i++) {
+            types.push_back(f.cif_atypes[order[i]]);
+            x.insert(x.end(), &cell[3 * order[i]], &cell[3 * order[i]] + 3);
+        }
+        ASSERT_EQ(plain_whole(f, f.natoms_mol[m], types.data(), x.data()), f.natoms_mol[m]);
+        for (size_t k = 0; k < x.size(); k++) ASSERT_TRUE(same_bits(f.x_s_mol[m][k], x[k])) << m << " " << k;
+    }
+}
+
+// A cubic cell with the given operators and atom rows.
+std::string cubic_cif(double edge, const std::string& ops, const std::string& rows)
+{
+    return format_string("data_t\n_cell_length_a %g\n_cell_length_b %g\n_cell_length_c %g\n"
+                         "_cell_angle_alpha 90\n_cell_angle_beta 90\n_cell_angle_gamma 90\n",
+                         edge, edge, edge) +
+           "loop_\n_symmetry_equiv_pos_as_xyz\n" + ops + "\nloop_\n_atom_site_label\n" +
+           "_atom_site_type_symbol\n_atom_site_fract_x\n_atom_site_fract_y\n_atom_site_fract_z\n" + rows;
+}
+
+// side^2 operators translating by 1/side along a and b, and side^2 atoms at
+// random in the first 1/side of a and b: side^4 images, all in one molecule.
+std::string hostile_cif(const char* symbol, double edge, int side)
+{
+    std::string ops, rows;
+    auto shift = [side](int i) { return i ? format_string("+%d/%d", i, side) : std::string(); };
+    for (int i = 0; i < side; i++)
+        for (int j = 0; j < side; j++) ops += "x" + shift(i) + ",y" + shift(j) + ",z\n";
+    std::mt19937 rng(side);
+    std::uniform_real_distribution<double> u(0.0, 1.0);
+    for (int k = 0; k < side * side; k++) {
+        double x = u(rng) / side, y = u(rng) / side;
+        rows += format_string("%s%d %s %.6f %.6f %.6f\n", symbol, k, symbol, x, y, u(rng));
+    }
+    return cubic_cif(edge, ops, rows);
 }
 
 }  // namespace
@@ -172,37 +336,16 @@ TEST(Symmetry, SameSurvivorsAsPairwiseScan)
     std::mt19937 rng(7);
     std::uniform_int_distribution<int> grid(0, 7);
     std::uniform_real_distribution<double> jitter(-6e-4, 6e-4);
-    std::vector<double> xs, img, expect;
+    std::vector<double> xs;
     for (int i = 0; i < 900; i++) xs.push_back(grid(rng) / 8.0 + (i / 3 % 3 ? jitter(rng) : 0.0));
     std::vector<std::string> ops = {"x,y,z", "-x,-y,-z", "-x+1/2,y+1/2,-z+1/2", "x+1/2,-y+1/2,z+1/2", "2 0 0 0 0 1 0 0 0 0 1 -1.5"};
     FileIO f;
     load_cell(f, xs, 0.77, ops);
-    for (auto& s : ops) {
-        Op op = parse(s);
-        for (size_t i = 0; i < xs.size(); i += 3)
-            for (int r = 0; r < 3; r++) {
-                double v = op.t[r] + op.R[r][0] * xs[i] + op.R[r][1] * xs[i + 1] + op.R[r][2] * xs[i + 2];
-                img.push_back(v < 0 ? v + 1 : (v >= 1 ? v - 1 : v));
-            }
-    }
-    const size_t N = img.size() / 3;
-    std::vector<char> flag(N, 0);
-    for (size_t a = 0; a < N; a++)
-        for (size_t b = a + 1; b < N && !flag[a]; b++) {
-            double s = 0;
-            for (int k = 0; k < 3; k++) {
-                double d = img[3 * b + k] - img[3 * a + k];
-                d = d > 0.5 ? d - 1 : (d < -0.5 ? d + 1 : d);
-                s += d * d;
-            }
-            flag[b] |= s < 1e-6;
-        }
-    for (size_t j = 0; j < N; j++)
-        if (!flag[j]) expect.insert(expect.end(), img.begin() + 3 * j, img.begin() + 3 * j + 3);
+    std::vector<double> expect = plain_p1_cell(ops, xs);
     testing::internal::CaptureStdout();
     f.make_spacegroup_P1(3);
     testing::internal::GetCapturedStdout();
-    ASSERT_LT(f.natoms_cif, (int)N);
+    ASSERT_LT(f.natoms_cif, 300 * (int)ops.size());
     EXPECT_EQ(std::vector<double>(f.cif_x_s, f.cif_x_s + 3 * f.natoms_cif), expect);
 }
 
@@ -243,18 +386,20 @@ TEST(Separation, SameMoleculesAsThePlainSearch)
     std::mt19937 rng(11);
     std::uniform_real_distribution<double> u(-0.2, 1.2);
     const double cells[][6] = {{9.1, 7.3, 12.8, 101.9, 112.6, 85.8}, {4.0, 4.0, 30.0, 90, 90, 120},
-                               {25, 25, 25, 90, 90, 90}, {18, 14, 22, 95, 100, 105}};
+                               {25, 25, 25, 90, 90, 90}, {18, 14, 22, 95, 100, 105},
+                               {60, 50, 70, 90, 100, 90}};  // clusters in a corner of it
     const double radii[] = {0.35, 0.77, 1.04, 1.98};
     int split_cells = 0;
-    for (int trial = 0; trial < 16; trial++) {
+    for (int trial = 0; trial < 20; trial++) {
         FileIO f;
         double cell[6], latt[3][3];
-        std::copy(cells[trial % 4], cells[trial % 4] + 6, cell);
+        std::copy(cells[trial % 5], cells[trial % 5] + 6, cell);
         f.cell_cell6_to_latt3x3(cell, latt);
-        if (trial >= 8) f.bond_dis_scale = 1.4;
+        if (trial >= 10) f.bond_dis_scale = 1.4;
+        const double spread = trial % 5 == 4 ? 0.15 : 1.0;
         std::vector<double> xs;  // clusters of atoms so that molecules of many sizes form
         for (int c = 0; c < 12; c++) {
-            double cx = u(rng), cy = u(rng), cz = u(rng);
+            double cx = spread * u(rng), cy = spread * u(rng), cz = spread * u(rng);
             for (int a = 0; a < 1 + c % 7; a++)
                 for (double o : {cx, cy, cz}) xs.push_back(o + 0.05 * (u(rng) - 0.5));
         }
@@ -262,21 +407,8 @@ TEST(Separation, SameMoleculesAsThePlainSearch)
         for (int i = 0; i < f.natoms_cif; i++) f.cif_radius[i] = radii[(i * 7 + trial) % 4];
         if (trial == 5) f.cif_radius[3] = 9999.99;
         if (trial == 6) f.cif_x_s[4] = 3.0e6;
-        const int n = f.natoms_cif;
-        std::vector<int> avail(n, 1), members(n), counts, order;
-        for (int in_mol = 0, atom, partner;;) {
-            double dist;
-            f.find_bond_atom(n, avail.data(), in_mol, members.data(), &atom, &partner, &dist);
-            if (atom >= 0) {
-                avail[atom] = 0;
-                members[in_mol++] = atom;
-                continue;
-            }
-            if (in_mol == 0) break;
-            counts.push_back(in_mol);
-            order.insert(order.end(), members.begin(), members.begin() + in_mol);
-            in_mol = 0;
-        }
+        std::vector<int> counts, order;
+        plain_molecules(f, counts, order);
         f.separate_cif_molecules(false);
         EXPECT_EQ(f.mol_natoms_list, counts) << trial;
         EXPECT_EQ(f.mol_atom_list, order) << trial;
@@ -424,4 +556,86 @@ TEST_F(StructureDriver, BadKindShortNameListAndUnwritableBondFile)
     e.data_dir = "bonds";
     e.read_crystal_strcuture_files(false, true);
     EXPECT_TRUE(fs::is_directory("bonds"));
+}
+
+// The shared crystals; 10,000 images that all bond (an unknown element
+// bonds to everything in the separation) ending as one molecule, quickly
+// and in linear memory; and coordinates in every form a file may hold.
+TEST(StructurePipeline, CrystalsHostileCellsAndNumbersAsThePlainScans)
+{
+    int natoms, nmols;
+    for (const auto& e : std::filesystem::directory_iterator(VESKA_TEST_DATA_DIR))
+        if (e.path().extension() == ".cif") read_pipeline(e.path().string(), true, &natoms, &nmols);
+    ScratchDir dir;
+    ASSERT_TRUE(dir.ok());
+    const struct {
+        const char* symbol;
+        double edge;
+        int side;
+        bool plain;  // the plain scans take minutes on the third
+    } cases[] = {{"C", 0.5, 10, true}, {"Q", 4.0, 4, true}, {"Q", 10.0, 10, false}};
+    for (const auto& c : cases) {
+        put_file("hostile.cif", hostile_cif(c.symbol, c.edge, c.side));
+        read_pipeline("hostile.cif", c.plain, &natoms, &nmols);
+        EXPECT_EQ(natoms * 10 + nmols, c.side * c.side * c.side * c.side * 10 + 1) << c.symbol << c.edge;
+    }
+
+    std::vector<std::string> numbers = {"-.5", "1.", "0.5(3)", "7E-1", "+0.25", "0x1p-2", "1e400",
+                                        "4e-320", "-0", "12345678901234567890.5", "9007199254740993"};
+    std::mt19937 rng(3);
+    for (int i = 0; i < 300; i++)  // up to 22 digits, some negative, some with exponents
+        numbers.push_back(format_string(rng() % 4 ? "%.*f" : "-%.*fe-%d", (int)(rng() % 12),
+                                        (rng() % 100000) * std::pow(10.0, (int)(rng() % 11) - 5),
+                                        (int)(rng() % 30)));
+    std::string rows;  // 1.1e-3 (2.2 Å) apart along b: no two coincide or bond
+    for (size_t i = 0; i < numbers.size(); i++)
+        rows += format_string("C%zu C %s %.4f 0.5\n", i, numbers[i].c_str(), 0.0011 * i);
+    put_file("numbers.cif", cubic_cif(2000.0, "x,y,z", rows));
+    read_pipeline("numbers.cif", true, &natoms, &nmols);
+    EXPECT_EQ(natoms, (int)numbers.size());
+}
+
+// Branched random chains of up to 1,200 atoms winding through small cells
+// or alone in a large one, their atoms slightly out of order; and with an
+// atom that bonds to none, making whole stops where the plain search stops.
+TEST(MakeWhole, LargeRandomMoleculesAsThePlainSearch)
+{
+    double cases[][7] = {{12, 12, 12, 90, 90, 90, 1200}, {9, 11, 14, 100, 110, 95, 800},
+                         {30, 30, 8, 90, 90, 120, 400},  {6, 6, 40, 80, 90, 90, 600},
+                         {70, 60, 80, 90, 95, 90, 500}};
+    std::mt19937 rng(15);
+    std::normal_distribution<double> g(0.0, 1.0);
+    for (auto& c : cases) {
+        FileIO f;
+        double latt[3][3];
+        f.cell_cell6_to_latt3x3(c, latt);
+        const int natoms = (int)c[6];
+        std::vector<double> cart(3, 0.0), x(3 * natoms);
+        std::vector<int> types(natoms, 6);
+        for (int i = 1; i < natoms; i++) {
+            int from = i - 1 - (int)(rng() % std::min(i, 4));
+            double d[3] = {g(rng), g(rng), g(rng)}, r = std::sqrt(d[0] * d[0] + d[1] * d[1] + d[2] * d[2]);
+            for (int k = 0; k < 3; k++) cart.push_back(cart[3 * from + k] + 1.3 * d[k] / r);
+            types[i] = i % 5 ? 6 : 8;  // an oxygen every fifth atom
+            if (i % 7 == 3) {          // out of order
+                std::swap_ranges(cart.end() - 6, cart.end() - 3, cart.end() - 3);
+                std::swap(types[i - 1], types[i]);
+            }
+        }
+        for (int i = 0; i < natoms; i++) {
+            f.coord_c2f(&cart[3 * i], &x[3 * i]);
+            for (int k = 0; k < 3; k++) x[3 * i + k] -= std::floor(x[3 * i + k]);
+        }
+        std::vector<double> plain = x;
+        ASSERT_EQ(plain_whole(f, natoms, types.data(), plain.data()), natoms);
+        f.make_whole_molecule(1, natoms, types.data(), x.data(), false);
+        for (size_t k = 0; k < x.size(); k++) ASSERT_EQ(x[k], plain[k]) << natoms << " " << k;
+
+        x[3 * (natoms / 2)] = NAN;  // an atom that bonds to none
+        plain = x;
+        std::string stop = format_string("nat_bonded = %d, natoms = %d",
+                                         plain_whole(f, natoms, types.data(), plain.data()), natoms);
+        EXPECT_EXIT((dup2(2, 1), f.make_whole_molecule(1, natoms, types.data(), x.data(), false)),
+                    testing::ExitedWithCode(1), stop);
+    }
 }

@@ -81,6 +81,10 @@ TEST(TransportWorkspace, PostReadTreatmentAndItsStops)
     t.homo_adjustment = {1};
     EXPECT_EXIT(t.post_data_read_treatment(), ::testing::ExitedWithCode(255),
                 "homo_adjustment: Number of input parameters \\(1\\) is NOT equal to nmols_uc");
+    t.homo_adjustment = {};
+    t.tsnap = 0;  // no snapshot count to round
+    EXPECT_EXIT((dup2(2, 1), t.post_data_read_treatment()), ::testing::ExitedWithCode(255),
+                "tsnap = 0 ns: the snapshot interval must be positive");
     // Molecules announced that no driver read: nothing is released that was
     // never allocated, and the treatment stops clearly.
     auto announced = std::make_unique<Transport>();

@@ -1,5 +1,6 @@
 #include "fileio.h"
 
+#include "owned_arrays.h"
 #include "structure_common.h"
 
 FileIO::FileIO() {}
@@ -22,37 +23,21 @@ void FileIO::free_cif_atom_arrays()
     cif_radius = nullptr;
 }
 
-template <typename T>
-static void free_per_molecule(T**& arrays, int n)
-{
-    if (!arrays) return;
-    for (int i = 0; i < n; i++) delete[] arrays[i];
-    delete[] arrays;
-    arrays = nullptr;
-}
-
-template <typename T>
-static void free_flat(T*& array)
-{
-    delete[] array;
-    array = nullptr;
-}
-
 void FileIO::free_molecule_arrays()
 {
-    free_per_molecule(atypes_mol, nmols);
-    free_per_molecule(x_mol, nmols);
-    free_per_molecule(x_s_mol, nmols);
-    free_per_molecule(prin_moment, nmols);
-    free_flat(natoms_mol);
-    free_flat(x_com);
-    free_flat(x_s_com);
-    free_flat(mol_mass);
-    free_flat(mol_id);
-    free_flat(re_mol_index);
-    free_flat(re_unique_list);
-    free_flat(hl_mol_index);
-    free_flat(hl_unique_list);
+    free_rows(atypes_mol, nmols);
+    free_rows(x_mol, nmols);
+    free_rows(x_s_mol, nmols);
+    free_rows(prin_moment, nmols);
+    free_array(natoms_mol);
+    free_array(x_com);
+    free_array(x_s_com);
+    free_array(mol_mass);
+    free_array(mol_id);
+    free_array(re_mol_index);
+    free_array(re_unique_list);
+    free_array(hl_mol_index);
+    free_array(hl_unique_list);
 }
 
 void release_molecule(FileIO& f, int m)

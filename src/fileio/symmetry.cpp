@@ -108,10 +108,12 @@ struct ImageArrays {
     double* x_s;
 };
 
+// The caller fills every entry; only the Cartesian coordinates, which the
+// expansion leaves to the reader, start as zeros.
 static ImageArrays new_image_arrays(int n)
 {
     size_t un = (size_t)n;
-    return {new int[un](), new double[un](), new double[3 * un](), new double[3 * un]()};
+    return {new int[un], new double[un], new double[3 * un](), new double[3 * un]};
 }
 
 // Fills images o*n .. o*n+n-1 for one operator applied to every atom.
@@ -142,32 +144,57 @@ static inline bool images_coincide(const double* a, const double* b)
     return s < 1e-6;
 }
 
-// Coincident images (each component within 1e-3 modulo 1) always sit in
-// the same or adjacent cells of a grid of at most 64 cells per axis, so the
-// binned scan flags exactly what the plain pairwise scan flags. The first
-// image of a group survives. Returns the number flagged.
+// Cells along one axis that can hold a position within the coincidence
+// tolerance of v (modulo 1): one, or two next to a cell face. A coincident
+// pair differs by less than 1e-3 per component modulo 1; the wider window
+// leaves room for rounding, and cells are at least 1/64 wide.
+static int tolerance_cells(double v, int gk, int out[2])
+{
+    const double window = 1.5e-3;
+    double f = v - floor_of(v);
+    int lo = (int)floor_of((f - window) * gk), hi = (int)floor_of((f + window) * gk);
+    out[0] = (lo % gk + gk) % gk;
+    out[1] = (hi % gk + gk) % gk;
+    return out[1] == out[0] ? 1 : 2;
+}
+
+// Flags every image that coincides with an unflagged earlier one, exactly
+// as a plain pairwise scan in image order does: the first image of a group
+// survives. Each image is looked up only in the cells its tolerance window
+// touches, and leaves the grid once it was dealt with. Returns the number
+// flagged.
 static int flag_overlaps(const double* x_s, int n, std::vector<char>& flagged)
 {
     flagged.assign((size_t)n, 0);
-    int g = std::max(4, std::min(64, (int)std::cbrt((double)n)));
-    int cells[3] = {g, g, g};
     PeriodicGrid grid;
-    grid.build(x_s, n, cells);
-    int near[27];
+    grid.plan_for_count(n);
+    grid.build(x_s, n);
+    const int* g = grid.g;
     int nflag = 0;
     for (int a = 0; a + 1 < n; a++) {
         if (flagged[a]) continue;
         const double* pa = x_s + 3 * (size_t)a;
-        int nnear = grid.neighbour_cells(grid.cell_of[a], near);
-        for (int c = 0; c < nnear; c++)
-            for (int k = grid.start[near[c]]; k < grid.start[near[c] + 1]; k++) {
-                int b = grid.items[k];
-                if (b <= a || flagged[b]) continue;
-                if (images_coincide(pa, x_s + 3 * (size_t)b)) {
-                    flagged[b] = 1;
-                    nflag++;
+        grid.remove(a);
+        // An image with a coordinate that is not finite coincides with none.
+        if (!(std::isfinite(pa[0]) && std::isfinite(pa[1]) && std::isfinite(pa[2]))) continue;
+        int span[3][2], nspan[3];
+        for (int k = 0; k < 3; k++) nspan[k] = tolerance_cells(pa[k], g[k], span[k]);
+        for (int i = 0; i < nspan[0]; i++)
+            for (int j = 0; j < nspan[1]; j++)
+                for (int l = 0; l < nspan[2]; l++) {
+                    int cell = (span[0][i] * g[1] + span[1][j]) * g[2] + span[2][l];
+                    int k = grid.cells[cell].first;
+                    while (k < grid.cells[cell].first + grid.cells[cell].count) {
+                        int b = grid.items[k];
+                        if (images_coincide(pa, x_s + 3 * (size_t)b)) {
+                            flagged[b] = 1;
+                            nflag++;
+                            grid.remove(b);
+                        } else {
+                            k++;
+                        }
+                    }
                 }
-            }
     }
     return nflag;
 }

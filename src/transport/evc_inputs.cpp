@@ -29,7 +29,7 @@ std::string evc_input_text(const Transport& t, int mol, const ScriptCarrier& car
                            const std::vector<std::string>& bonds)
 {
     std::string text = "&evc\n";
-    if (const ScriptEngine* engine = script_engine(t.compute_engine))
+    if (const QcEngine* engine = qc_engine_or_null(t.compute_engine))
         text += format_string("  ffreq(1)  = \"re-mol%d-neutral.%s\"\n  ffreq(2)  = \"re-mol%d-%s.%s\"\n", mol,
                               engine->freq_ext, mol, carrier.charged_state, engine->freq_ext);
     text += "  sort_mode = 1\n  proj_reorg = .t.\n";
@@ -79,7 +79,7 @@ NormalModeJob normal_mode_job(const Transport& t, int mol, const ScriptCarrier& 
 
 void write_prepare_evc(Transport& t, const char* name, const std::vector<int>& ids)
 {
-    const ScriptEngine* engine = script_engine(t.compute_engine);
+    const QcEngine* engine = qc_engine_or_null(t.compute_engine);
     std::string run = "#!/usr/bin/env python\nimport os\nimport sys\n\n";
     std::string prepare = "#!/usr/bin/env python\n\nimport os\nimport sys\nfrom shutil import copyfile\n\n";
     if (engine && engine->lowercase_fchk)

@@ -174,15 +174,18 @@ struct HLWriter {
     std::string py;
 
     std::string marker_path(const std::string& marker) const { return t.run_dir + "/" + marker; }
+    // The driver runs inside the HL directory.
+    std::string submit(const std::string& script) const
+    {
+        return python_submit(t, "../" + t.jobs_dir + "/" + script) + "\n";
+    }
 
     void single_job(const Calc& c)
     {
         const std::string script = "job_" + c.base, marker = "running.HL_" + c.base;
         (t.*e.hl_job)(script.c_str(), t.get_run_nodes(), t.get_run_ppn(), c.base.c_str(),
                       c.base.c_str(), marker_path(marker).c_str());
-        py += frame.single_sep;
-        add_touch_line(t, py, marker);
-        add_submit_line(t, py, script);
+        py += frame.single_sep + python_touch(t, marker_path(marker)) + submit(script);
     }
 
     void array_job(const Group& g)
@@ -192,9 +195,8 @@ struct HLWriter {
                             g.array_base.c_str(), g.array_base.c_str(),
                             marker_path(g.marker_base).c_str(), g.count, g.indexes);
         for (int k = 0; k < g.count; k++)
-            add_touch_line(t, py, numbered(g.marker_base, g.indexes ? g.indexes[k] : k + 1));
-        py += frame.array_gap;
-        add_submit_line(t, py, script);
+            py += python_touch(t, marker_path(numbered(g.marker_base, g.indexes ? g.indexes[k] : k + 1)));
+        py += frame.array_gap + submit(script);
     }
 };
 
@@ -224,7 +226,7 @@ void write_hl_set(Transport& t, const QcEngine& e, HLSet set, bool unique)
             for (const Calc& c : g.calcs) w.single_job(c);
     }
     w.py += "os.chdir(cwd)\n\n";
-    write_driver(driver, w.py, kDriverError);
+    write_script_file(driver, w.py, kDriverError);
 }
 
 // mol<i>.com or mol<i>.inp in the current directory, for a look at the molecules.
@@ -237,14 +239,6 @@ void write_plain_inputs(Transport& t, const QcEngine& e)
         e.hl_input(t, path.c_str(), t.natoms_mol[i], t.atypes_mol[i], t.x_mol[i], name.c_str(),
                    name.c_str());
     }
-}
-
-void check_adjustment_length(const std::vector<int>& list, const char* label, int nmols)
-{
-    if (!list.empty() && int(list.size()) != nmols)
-        veska_fatal("transport", kIndexFileError, -1, stderr,
-                    "%s: Number of input parameters (%d) is NOT equal to nmols_uc (%d)\n", label,
-                    int(list.size()), nmols);
 }
 
 void write_index_file(const std::string& path, const std::string& text)
@@ -312,8 +306,7 @@ int* Transport::calc_homo()
 
 void Transport::write_H_L_inp()
 {
-    check_adjustment_length(homo_adjustment, "homo_adjustment", nmols);
-    check_adjustment_length(lumo_adjustment, "lumo_adjustment", nmols);
+    check_adjustment_lengths();
     if (nmols > 0 && !homo_index) calc_homo();
     const int n = nmols > 0 ? nmols : 0;
     create_directory(data_dir.c_str());
@@ -334,7 +327,7 @@ void Transport::find_HL_mol_neighbor_index_unique()
             for (int l = 0; l < nmols; l++)
                 if (HL_mols_if_the_same(nei_mol[i][j], l)) nei_unique_id[i][j] = hl_mol_index[l];
     create_directory(scr_dir.c_str());
-    write_driver(scr_dir + "/mol_one_nei.py",
+    write_script_file(scr_dir + "/mol_one_nei.py",
                  "#!/usr/bin/env python\nimport sys\n\n"
                  "sys.stdout.write(\">> Use results from mol_one_uc.py\\n\")\n\n",
                  kDriverError);

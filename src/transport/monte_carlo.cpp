@@ -43,17 +43,6 @@ void require_every_molecule_left(const Transport& t)
     }
 }
 
-int snapshot_count(double tsimu, double tsnap)
-{
-    double n = tsimu / tsnap + 0.5;
-    if (!(tsnap > 0.0) || !(tsimu >= 0.0) || !(n < 1e7))
-        veska_fatal("transport", 3194, -1, stdout,
-                    "tsimu = %g ns and tsnap = %g ns: the snapshot interval must be positive and "
-                    "at most 10000000 snapshots are kept\n",
-                    tsimu, tsnap);
-    return (int)n;
-}
-
 void require_simulations(int simu0, int nsimu)
 {
     if (nsimu < 1)
@@ -157,7 +146,7 @@ void Transport::MC_init()
     require_every_molecule_left(*this);
     nkey = 0;
     for (int i = 0; i < nmols; i++) nkey += nnei[i];
-    nsnap = snapshot_count(tsimu, tsnap);
+    nsnap = snapshot_count();
 
     const int nslot = nsnap + 1;
     track_istep = new int[nslot]();

@@ -3,6 +3,7 @@
 // share.
 
 #include <cstdio>
+#include <cstdlib>
 
 #include "mmutil.h"
 #include "qc_engines.h"
@@ -141,25 +142,25 @@ bool can_open_for_writing(const std::string& path)
 }  // namespace
 
 // clang-format off
-const QcEngine kGaussianEngine = {"Gaussian", "com", gaussian_hl_input, &Jobscript::write_gaussian_HL_job, &Jobscript::write_gaussian_HL_job_array, kGaussianFrames,      "running.HL_2mol_unique",
-                                  gaussian_re_input, gaussian_re_job, "gaussian_log_check.py", "log", kGaussianRun, "",   "job_re-mol@I@-@S@", "running.re_mol@I@-@S@", nullptr};
-const QcEngine kOrcaEngine     = {"ORCA",     "inp", orca_hl_input,     &Jobscript::write_orca_HL_job,     &Jobscript::write_orca_HL_job_array,     kScratchEngineFrames, "running.HL_2mol",
-                                  orca_re_input,     orca_re_job,     "orca_out_check.py",     "out", kOrcaRun,     kSep, "job_re_mol@I@-@S@", "running.RE-mol@I@-@S@", "running.mol@I@-@S@"};
-const QcEngine kQchemEngine    = {"Q-Chem",   "inp", qchem_hl_input,    &Jobscript::write_qchem_HL_job,    &Jobscript::write_qchem_HL_job_array,    kScratchEngineFrames, "running.HL_2mol",
-                                  qchem_re_input,    qchem_re_job,    "qchem_out_check.py",    "out", kQchemRun,    kSep, "job_re-mol@I@-@S@", "running.re-mol@I@-@S@", nullptr};
+const QcEngine kGaussianEngine = {"Gaussian", "com", "log", "log",  {"fchk", "log"}, "",        &Transport::write_gaussian_log_check_py_file, false, gaussian_hl_input, &Jobscript::write_gaussian_HL_job, &Jobscript::write_gaussian_HL_job_array, kGaussianFrames,      "running.HL_2mol_unique",
+                                  gaussian_re_input, gaussian_re_job, "gaussian_log_check.py", kGaussianRun, "",   "job_re-mol@I@-@S@", "running.re_mol@I@-@S@", nullptr};
+const QcEngine kOrcaEngine     = {"ORCA",     "inp", "out", "hess", {"hess"},        " -orca",  &Transport::write_orca_out_check_py_file,     false, orca_hl_input,     &Jobscript::write_orca_HL_job,     &Jobscript::write_orca_HL_job_array,     kScratchEngineFrames, "running.HL_2mol",
+                                  orca_re_input,     orca_re_job,     "orca_out_check.py",     kOrcaRun,     kSep, "job_re_mol@I@-@S@", "running.RE-mol@I@-@S@", "running.mol@I@-@S@"};
+const QcEngine kQchemEngine    = {"Q-Chem",   "inp", "out", "out",  {"fchk", "out"}, " -qchem", &Transport::write_qchem_out_check_py_file,    true,  qchem_hl_input,    &Jobscript::write_qchem_HL_job,    &Jobscript::write_qchem_HL_job_array,    kScratchEngineFrames, "running.HL_2mol",
+                                  qchem_re_input,    qchem_re_job,    "qchem_out_check.py",    kQchemRun,    kSep, "job_re-mol@I@-@S@", "running.re-mol@I@-@S@", nullptr};
 // clang-format on
+
+const QcEngine* qc_engine_or_null(int compute_engine)
+{
+    static const QcEngine* const engines[3] = {&kGaussianEngine, &kOrcaEngine, &kQchemEngine};
+    return compute_engine >= 1 && compute_engine <= 3 ? engines[compute_engine - 1] : nullptr;
+}
 
 const QcEngine& qc_engine_for(int compute_engine)
 {
-    switch (compute_engine) {
-    case 1: return kGaussianEngine;
-    case 2: return kOrcaEngine;
-    case 3: return kQchemEngine;
-    default:
-        veska_fatal("transport", 5001, -1, stderr,
-                    "Unknown compute_engine %d (1 = Gaussian, 2 = ORCA, 3 = Q-Chem)\n",
-                    compute_engine);
-    }
+    if (const QcEngine* e = qc_engine_or_null(compute_engine)) return *e;
+    veska_fatal("transport", 5001, -1, stderr,
+                "Unknown compute_engine %d (1 = Gaussian, 2 = ORCA, 3 = Q-Chem)\n", compute_engine);
 }
 
 std::string expand_template(const std::string& tmpl, const TemplateValues& values)
@@ -194,26 +195,30 @@ void prepare_driver(Transport& t, const std::string& area_dir, const std::string
     if (!can_open_for_writing(path)) veska_fatal_open_output("transport", error_line, path.c_str());
 }
 
-void add_touch_line(Transport& t, std::string& py, const std::string& marker)
+std::string python_touch(const Transport& t, const std::string& marker)
 {
-    py += format_string("os.system(\"touch %s/%s/%s\")\n", t.work_dir.c_str(), t.run_dir.c_str(),
-                        marker.c_str());
+    return format_string("os.system(\"touch %s/%s\")\n", t.work_dir.c_str(), marker.c_str());
 }
 
-void add_submit_line(Transport& t, std::string& py, const std::string& script)
+std::string python_submit(const Transport& t, const std::string& script)
 {
-    const int s = t.job_sched_type;
-    py += format_string("os.system(\"%s ../%s/%s.%s\")\n\n", t.submit_cmd[s].c_str(),
-                        t.jobs_dir.c_str(), script.c_str(), t.script_ext[s].c_str());
+    int code = t.job_sched_type;
+    if (code < 0 || code > 3) veska_fatal("transport", 5592, -1, stderr, "Unknown job scheduling type!\n");
+    return format_string("os.system(\"%s %s.%s\")\n", t.submit_cmd[code].c_str(), script.c_str(),
+                         t.script_ext[code].c_str());
 }
 
-void write_driver(const std::string& path, const std::string& text, int error_line)
+void write_script_file(const std::string& path, const std::string& text, int line)
 {
-    const int rc = write_text_file(path.c_str(), text);
-    if (rc == WRITE_OPEN_FAILED) veska_fatal_open_output("transport", error_line, path.c_str());
-    if (rc == WRITE_FAILED)
-        veska_fatal("transport", error_line, -1, stderr, "Failed to write output file %s\n",
-                    path.c_str());
+    int rc = write_text_file(path.c_str(), text);
+    if (rc == WRITE_OK) return;
+    const char* what = rc == WRITE_OPEN_FAILED ? "open" : "write";
+    if (line == kNoErrorHeader) {
+        fflush(stdout);
+        fprintf(stderr, "ERROR: Failed to %s output file %s\n", what, path.c_str());
+        exit(-1);
+    }
+    veska_fatal("transport", line, -1, stderr, "Failed to %s output file %s\n", what, path.c_str());
 }
 
 void job_input_error(int line, const std::string& what)

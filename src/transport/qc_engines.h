@@ -41,6 +41,12 @@ struct HLDriverFrame {
 struct QcEngine {
     const char* label;                  // in job bodies and messages
     const char* input_ext;              // of every input file
+    const char* output_ext;             // of the outputs checked and listed for transfer integrals
+    const char* freq_ext;               // of the frequency outputs the normal-mode runs read
+    std::vector<const char*> evc_exts;  // result files copied into a normal-mode run, per state
+    const char* transint_option;        // appended to the transfer-integral command
+    void (Transport::*write_checks)();  // the engine's output check script
+    bool lowercase_fchk;                // Q-Chem names its checkpoints .FChk
     HLInputWriter hl_input;
     HLJobWriter hl_job;
     HLArrayJobWriter hl_job_array;
@@ -49,7 +55,6 @@ struct QcEngine {
     REInputWriter re_input;
     REJobWriter re_job;
     const char* re_check;               // output check script in the script directory
-    const char* re_output_ext;          // of the output it checks
     const char* re_run;                 // job body between "else" and "fi"
     const char* re_separator;           // before each job's touch line in mol_RE.py
     const char* re_script;              // separated job script; @I@ molecule, @S@ state
@@ -60,8 +65,9 @@ struct QcEngine {
 extern const QcEngine kGaussianEngine, kOrcaEngine, kQchemEngine;
 
 // The engine of compute_engine (1 Gaussian, 2 ORCA, 3 Q-Chem); any other
-// value stops the program.
+// value stops the program, or gives nullptr from qc_engine_or_null.
 const QcEngine& qc_engine_for(int compute_engine);
+const QcEngine* qc_engine_or_null(int compute_engine);
 
 // `tmpl` with every @NAME@ replaced by its value, in one pass: values are
 // never expanded again. An unknown name stays as it is.
@@ -73,12 +79,18 @@ std::string expand_template(const std::string& tmpl, const TemplateValues& value
 // are created; a driver path that cannot be opened stops the program.
 void prepare_driver(Transport& t, const std::string& area_dir, const std::string& path,
                     int error_line);
-// Submission of one job: the touch line of its running marker (run-marker
-// directory/marker) and the submit line of its script in the job directory.
-void add_touch_line(Transport& t, std::string& py, const std::string& marker);
-void add_submit_line(Transport& t, std::string& py, const std::string& script);
-// Writes the composed driver whole, or stops the program.
-void write_driver(const std::string& path, const std::string& text, int error_line);
+// Driver lines: "os.system(\"touch <work dir>/<marker>\")" and
+// "os.system(\"<submit command> <script>.<extension>\")", each with "\n".
+// An unknown scheduler code stops the program.
+std::string python_touch(const Transport& t, const std::string& marker);
+std::string python_submit(const Transport& t, const std::string& script);
+
+// Writes `text` to `path` whole. When that fails: the error header with
+// `line` (source transport), "Failed to open output file <path>" on
+// standard error, exit status -1. With `line` kNoErrorHeader the header is
+// left out and the message reads "ERROR: Failed to open output file <path>".
+constexpr int kNoErrorHeader = 0;
+void write_script_file(const std::string& path, const std::string& text, int line);
 // Stops the program with a message naming what is missing or wrong.
 [[noreturn]] void job_input_error(int line, const std::string& what);
 

@@ -43,7 +43,7 @@ void format_re_body(Transport& t, const QcEngine& e, std::string& out, int imol,
                           {{"W", t.work_dir},
                            {"C", calc},
                            {"CHECK", e.re_check},
-                           {"OUT", e.re_output_ext},
+                           {"OUT", e.output_ext},
                            {"LABEL", e.label},
                            {"EXE", t.qc_exe},
                            {"FORMCHK", t.formchk_exe},
@@ -80,9 +80,8 @@ void submit_re_job(Transport& t, const QcEngine& e, const REJob& job, std::strin
     const std::string marker_path = t.run_dir + "/" + job.marker;
     e.re_job(t, job.script.c_str(), job.mol_name.c_str(), job.job_name.c_str(),
              marker_path.c_str(), job.body.c_str());
-    py += e.re_separator;
-    add_touch_line(t, py, job.marker);
-    add_submit_line(t, py, job.script);
+    py += e.re_separator + python_touch(t, marker_path) +
+          python_submit(t, "../" + t.jobs_dir + "/" + job.script) + "\n";
 }
 
 // One job per molecule running anion, cation and neutral in turn.
@@ -130,7 +129,7 @@ void write_re_set(Transport& t, const QcEngine& e, bool unique, bool combined)
         for (int s = 2; s >= 0; s--)
             for (int id : ids) submit_re_job(t, e, separated_job(t, e, id, s, unique), py);
     py += "os.chdir(cwd)\n\n";
-    write_driver(driver, py, kDriverError);
+    write_script_file(driver, py, kDriverError);
 }
 
 }  // namespace

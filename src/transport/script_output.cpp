@@ -14,19 +14,6 @@ std::string lines_text(const char* const* lines, size_t count)
     return text;
 }
 
-void write_script_file(const std::string& path, const std::string& text, int line)
-{
-    int rc = write_text_file(path.c_str(), text);
-    if (rc == WRITE_OK) return;
-    const char* what = rc == WRITE_OPEN_FAILED ? "open" : "write";
-    if (line == kNoErrorHeader) {
-        fflush(stdout);
-        fprintf(stderr, "ERROR: Failed to %s output file %s\n", what, path.c_str());
-        exit(-1);
-    }
-    veska_fatal("transport", line, -1, stderr, "Failed to %s output file %s\n", what, path.c_str());
-}
-
 void create_directories(const std::string& path)
 {
     for (size_t at = path.find('/', 1); at != std::string::npos; at = path.find('/', at + 1))
@@ -47,19 +34,6 @@ std::string python_mkdir(const std::string& name)
     return expand_template("if not os.path.isdir(\"@D@\"):\n    os.mkdir(\"@D@\", access_rights)\n", {{"D", name}});
 }
 
-std::string python_touch(const Transport& t, const std::string& marker)
-{
-    return format_string("os.system(\"touch %s/%s\")\n", t.work_dir.c_str(), marker.c_str());
-}
-
-std::string python_submit(const Transport& t, const std::string& script)
-{
-    int code = t.job_sched_type;
-    if (code < 0 || code > 3) veska_fatal("transport", 5592, -1, stderr, "Unknown job scheduling type!\n");
-    return format_string("os.system(\"%s %s.%s\")\n", t.submit_cmd[code].c_str(), script.c_str(),
-                         t.script_ext[code].c_str());
-}
-
 const ScriptCarrier kScriptCarriers[2] = {{"elec", "e", "anion"}, {"hole", "h", "cation"}};
 
 std::string evc_copy_lines(const ScriptCarrier& carrier, int mol, const std::vector<const char*>& exts)
@@ -71,18 +45,6 @@ std::string evc_copy_lines(const ScriptCarrier& carrier, int mol, const std::vec
                                   carrier.dir, mol, state, ext);
     return text +
            format_string("copyfile(\"../../RE/evc-%s-mol%d.inp\", \"%s/evc.inp\")\n", carrier.letter, mol, carrier.dir);
-}
-
-const ScriptEngine* script_engine(int compute_engine)
-{
-    // clang-format off
-    static const ScriptEngine engines[3] = {
-        {"log", "log",  {"fchk", "log"}, "",        &Transport::write_gaussian_log_check_py_file, false},
-        {"out", "hess", {"hess"},        " -orca",  &Transport::write_orca_out_check_py_file,     false},
-        {"out", "out",  {"fchk", "out"}, " -qchem", &Transport::write_qchem_out_check_py_file,    true},
-    };
-    // clang-format on
-    return compute_engine >= 1 && compute_engine <= 3 ? &engines[compute_engine - 1] : nullptr;
 }
 
 std::vector<int> molecule_ids(int count)

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "qc_engines.h"  // expand_template
+#include "qc_engines.h"  // the engine table, expand_template, whole-file writes
 
 // The lines of a fixed table, each followed by "\n".
 std::string lines_text(const char* const* lines, size_t count);
@@ -20,13 +20,6 @@ std::string table_text(const char* const (&lines)[N])
 {
     return lines_text(lines, N);
 }
-
-// Writes `text` to `path` whole. When that fails: the error header with
-// `line` (source transport), "Failed to open output file <path>" on
-// standard error, exit status -1. With `line` kNoErrorHeader the header is
-// left out and the message reads "ERROR: Failed to open output file <path>".
-constexpr int kNoErrorHeader = 0;
-void write_script_file(const std::string& path, const std::string& text, int line);
 
 // Creates `path` and each missing directory above it (mode 0750).
 void create_directories(const std::string& path);
@@ -39,24 +32,6 @@ std::string python_banner(const char* what);
 
 // Python lines that create a directory below the current one when missing.
 std::string python_mkdir(const std::string& name);
-
-// Driver lines: "os.system(\"touch <work dir>/<marker>\")" and
-// "os.system(\"<submit command> <script>.<extension>\")", each with "\n".
-// An unknown scheduler code stops the program.
-std::string python_touch(const Transport& t, const std::string& marker);
-std::string python_submit(const Transport& t, const std::string& script);
-
-// What the generated scripts need to know about a quantum-chemistry engine.
-struct ScriptEngine {
-    const char* output_ext;             // of the outputs listed for the transfer integrals
-    const char* freq_ext;               // of the frequency outputs the normal-mode runs read
-    std::vector<const char*> evc_exts;  // result files copied into a normal-mode run, per state
-    const char* transint_option;        // appended to the transfer-integral command
-    void (Transport::*write_checks)();  // the engine's output check (and converters)
-    bool lowercase_fchk;                // Q-Chem names its checkpoints .FChk
-};
-// The engine of `compute_engine` (1 Gaussian, 2 ORCA, 3 Q-Chem); nullptr otherwise.
-const ScriptEngine* script_engine(int compute_engine);
 
 // The two carriers: electrons (0) and holes (1).
 struct ScriptCarrier {

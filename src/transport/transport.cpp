@@ -1,6 +1,7 @@
 #include "transport.h"
 
 #include "mmutil.h"
+#include "owned_arrays.h"
 
 // The bases (FileIO, then Jobscript, then the configuration's own members)
 // and the member defaults are in place when this body runs.
@@ -23,23 +24,7 @@ Transport::~Transport()
     free_neighbor_arrays();
     free_mc_arrays();
     free_molecule_arrays();
-    delete[] homo_index;
-}
-
-template <typename T>
-static void free_rows(T**& rows, int n)
-{
-    if (!rows) return;
-    for (int i = 0; i < n; i++) delete[] rows[i];
-    delete[] rows;
-    rows = nullptr;
-}
-
-template <typename T>
-static void free_array(T*& array)
-{
-    delete[] array;
-    array = nullptr;
+    free_array(homo_index);
 }
 
 void Transport::free_neighbor_arrays()
@@ -50,28 +35,19 @@ void Transport::free_neighbor_arrays()
     neighbor_list_built = false;
 }
 
-// The dimer arrays hold NNEIMAX slots per molecule, of which only the
-// filled coordinate slots own memory (the rest are null).
+// The dimer arrays hold NNEIMAX slots per molecule, each slot its own array
+// or null.
+static void free_slots(double***& slots, int nmols, int per_molecule)
+{
+    if (!slots) return;
+    for (int i = 0; i < nmols; i++) free_rows(slots[i], per_molecule);
+    free_array(slots);
+}
+
 void Transport::free_pair_arrays()
 {
-    if (x_2mol) {
-        for (int i = 0; i < neighbor_nmols; i++) {
-            if (!x_2mol[i]) continue;
-            for (int k = 0; k < NNEIMAX; k++) delete[] x_2mol[i][k];
-            delete[] x_2mol[i];
-        }
-        delete[] x_2mol;
-        x_2mol = nullptr;
-    }
-    if (eigval_2mol) {
-        for (int i = 0; i < neighbor_nmols; i++) {
-            if (!eigval_2mol[i]) continue;
-            for (int k = 0; k < NNEIMAX; k++) delete[] eigval_2mol[i][k];
-            delete[] eigval_2mol[i];
-        }
-        delete[] eigval_2mol;
-        eigval_2mol = nullptr;
-    }
+    free_slots(x_2mol, neighbor_nmols, NNEIMAX);
+    free_slots(eigval_2mol, neighbor_nmols, NNEIMAX);
     free_rows(natoms_2mol, neighbor_nmols);
     free_rows(prin_moment, neighbor_nmols);
     free_array(unique_pair_map);
@@ -153,9 +129,22 @@ static void check_adjustment_length(const char* name, const std::vector<int>& li
                 list.size(), nmols);
 }
 
+// round(tsimu / tsnap); an interval that is not positive, or more snapshots
+// than memory allows, stops the program rather than overflowing the count.
+int Transport::snapshot_count()
+{
+    double n = tsimu / tsnap + 0.5;
+    if (!(tsnap > 0.0) || !(tsimu >= 0.0) || !(n < 1e7))
+        veska_fatal("transport", 3194, -1, stdout,
+                    "tsimu = %g ns and tsnap = %g ns: the snapshot interval must be positive and "
+                    "at most 10000000 snapshots are kept\n",
+                    tsimu, tsnap);
+    return (int)n;
+}
+
 void Transport::post_data_read_treatment()
 {
-    nsnap = (int)(tsimu / tsnap + 0.5);
+    nsnap = snapshot_count();
     // The per-molecule centre arrays exist only once a structure was read;
     // a configuration alone may announce molecules without any atoms.
     if (nmols > 0 && (!natoms_mol || !mol_mass || !x_com || !x_s_com))
@@ -164,6 +153,12 @@ void Transport::post_data_read_treatment()
     calc_x_com();
     fill_homo_index();
     parse_scheduling_type();
+    check_adjustment_lengths();
+}
+
+// Either list is empty or holds one entry per unit-cell molecule.
+void Transport::check_adjustment_lengths()
+{
     check_adjustment_length("homo_adjustment", homo_adjustment, nmols, 6407);
     check_adjustment_length("lumo_adjustment", lumo_adjustment, nmols, 6418);
 }

@@ -76,6 +76,8 @@ public:
     int get_run_memory() { return qc_memory; }
     void get_workdir(std::string& dir);
     void post_data_read_treatment();
+    int snapshot_count();  // round(tsimu / tsnap), stopping on a bad interval
+    void check_adjustment_lengths();  // HOMO/LUMO adjustment lists: empty or one per molecule
     void calc_x_com();
     void fill_homo_index();  // half the electron count per molecule, into homo_index
     // Release one group of the workspace's arrays (each may be rebuilt later).

@@ -18,9 +18,9 @@ void progress(bool verbose, const char* message)
 
 // What the driver needs from the earlier stages, checked before anything
 // is written so that a half-prepared workspace stops with a clear message.
-const ScriptEngine& check_ready(const Transport& t)
+const QcEngine& check_ready(const Transport& t)
 {
-    const ScriptEngine* engine = script_engine(t.compute_engine);
+    const QcEngine* engine = qc_engine_or_null(t.compute_engine);
     if (!engine)
         veska_fatal("transport", 5501, -1, stdout,
                     "compute_engine %d is none of 1 (Gaussian), 2 (ORCA), 3 (Q-Chem): no scripts written\n",
@@ -49,7 +49,7 @@ const ScriptEngine& check_ready(const Transport& t)
 // The outputs the transfer-integral program reads for molecule i (one-based),
 // relative to the data directory; unique runs name each pair by the key of
 // its representative.
-std::string transfer_integral_list(Transport& t, int i, const ScriptEngine& engine, const std::string& hl)
+std::string transfer_integral_list(Transport& t, int i, const QcEngine& engine, const std::string& hl)
 {
     const char* h = hl.c_str();
     const char* e = engine.output_ext;
@@ -74,7 +74,7 @@ std::string transfer_integral_list(Transport& t, int i, const ScriptEngine& engi
     return text;
 }
 
-void write_transfer_integral_jobs(Transport& t, const ScriptEngine& engine)
+void write_transfer_integral_jobs(Transport& t, const QcEngine& engine)
 {
     std::string program = std::string("tintegral.exe") + engine.transint_option;
     std::string driver = "#!/usr/bin/env python\nimport os\n\n";
@@ -178,7 +178,7 @@ std::vector<double> scan_temperatures(const Transport& t)
 
 void Transport::write_scripts(bool verbose)
 {
-    const ScriptEngine& engine = check_ready(*this);
+    const QcEngine& engine = check_ready(*this);
     for (const std::string* dir : {&run_dir, &scr_dir, &data_dir, &hl_dir}) create_directory(dir->c_str());
 
     progress(verbose, "Writting trans_int_files.dat...");
