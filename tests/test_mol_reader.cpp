@@ -1,7 +1,6 @@
 // MDL MOL (V2000 and V3000) and XYZ readers: columns, symbols, line ends,
 // blocks, continuation lines, and damaged or hostile files.
 
-#include <memory>
 #include <sstream>
 
 #include "fileio.h"
@@ -30,13 +29,9 @@ protected:
         f.x_mol = new double*[2]();
         f.x_s_mol = new double*[2]();
     }
-    // Reads `text` into slot m (releasing what the reader left there); returns what was printed.
+    // Reads `text` into slot m (the reader releases what the slot held); returns what was printed.
     std::string read_mol(const std::string& text, int m = 0, bool verbose = false)
     {
-        std::unique_ptr<int[]> types(f.atypes_mol[m]);
-        std::unique_ptr<double[]> x(f.x_mol[m]), x_s(f.x_s_mol[m]);
-        f.atypes_mol[m] = nullptr;
-        f.x_mol[m] = f.x_s_mol[m] = nullptr;
         put_file("a.mol", text);
         testing::internal::CaptureStdout();
         f.read_data_mol("a.mol", m, verbose);
@@ -126,7 +121,7 @@ TEST_F(MolReader, DamagedFiles)
     EXPECT_FALSE(bare.ReadAtomBlock(in) || bare.ReadV3000Block(ctab, 0, false) || f.ReadBondBlock(bond));
 }
 
-TEST_F(MolReader, V3000AtomOptionsRGroupsBlocksAndFullPrecision)
+TEST_F(MolReader, V3000AtomOptionsRGroupsBlocksContinuationsAndFullPrecision)
 {
     read_mol(atoms("M  V30 1 C 0.0 1.0 2.0 0 CHG=1\nM  V30 7 Cl 1.5 -1 0 0 MASS=37 RAD=2\n", 2));
     ASSERT_EQ(f.natoms_mol[0], 2);
@@ -163,12 +158,9 @@ TEST_F(MolReader, V3000AtomOptionsRGroupsBlocksAndFullPrecision)
                   sgroup + sgroup);
     EXPECT_TRUE(f.ReadV3000Line(rg, t));
     EXPECT_EQ(t[2], "after");
-}
 
-TEST_F(MolReader, V3000ContinuationLines)
-{
+    // Continuation lines: the "-" ends a line that goes on in the next.
     std::istringstream in("M  V30 1 C 0 1 -\nM  V30 x 2 0 -\nM  V30 y CHG=1\nM  V30 next\n");
-    std::vector<std::string> t;
     ASSERT_TRUE(f.ReadV3000Line(in, t));
     EXPECT_EQ(t, (std::vector<std::string>{"M", "V30", "1", "C", "0", "1", "-", "2", "0", "-", "CHG=1"}));
     ASSERT_TRUE(f.ReadV3000Line(in, t));
