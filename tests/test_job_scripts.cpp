@@ -52,11 +52,7 @@ void write_every_kind_in_every_dialect(Jobscript& js)
 
 class JobScriptDir : public ScratchDirTest {
 protected:
-    void SetUp() override
-    {
-        ScratchDirTest::SetUp();
-        js.work_dir = "/home/u/run";
-    }
+    JobScriptDir() { js.work_dir = "/home/u/run"; }
     Jobscript js;
 };
 
@@ -64,13 +60,7 @@ TEST_F(JobScriptDir, GoldenJobsInEveryDialectPlainAndArray)
 {
     // count -1 writes the plain job; an empty index list goes in as null.
     // The local dialect repeats the body per index; count 0 leaves it empty.
-    const struct {
-        int dialect;
-        bool module;
-        const char* nodelist;
-        int count;
-        std::vector<int> indexes;
-    } cases[] = {{0, true, "n01", -1, {}},         {0, false, "", 3, {2, 4, 7}},   {1, false, "", -1, {}},
+    const struct { int dialect; bool module; const char* nodelist; int count; std::vector<int> indexes; } cases[] = {{0, true, "n01", -1, {}},         {0, false, "", 3, {2, 4, 7}},   {1, false, "", -1, {}},
                  {1, true, "c[1-2]", 5, {}},       {2, false, "h1 h2", -1, {}},    {2, true, "", 3, {3, 5, 9}},
                  {3, true, "ignored", -1, {}},     {3, false, "", 2, {4, 2}},      {3, false, "", 0, {4, 2}},
                  {3, false, "", 2, {}}};
@@ -98,38 +88,19 @@ TEST_F(JobScriptDir, GoldenJobsInEveryDialectPlainAndArray)
 
 // One distinctive piece of each kind: bodies, modules, scratch names, LSF
 // job names and script places (HL and RE jobs under jobs/, the rest here).
+// The quantum-chemistry jobs in PBS are whole in the qc_jobs goldens. Each
+// piece follows a line "=== <script>" and ends with the line before the next.
 TEST_F(JobScriptDir, KindsDifferWhereDocumented)
 {
     write_every_kind_in_every_dialect(js);
-    const std::string body = "echo \"Starting job run at `date`\"\n\necho body line 1\necho body line 2\n\nrm -f /home/u/run/RUN/";
-    const std::pair<const char*, std::string> expect[] = {
-        {"jobs/qchem-HL-full.local", "    qchem -nt 8 uc_mol-1.inp > uc_mol-1.out\n\nfi\n"},
-        {"jobs/orca-HL-full.slurm", "SCRDIR=/tmp/veska-HL-$SLURM_JOB_ID\n"},
-        {"jobs/orca-HL-full.lsf", "SCRDIR=/tmp/veska-HL-$LSB_JOBID\n"},
-        {"jobs/orca-HL-full.local", "SCRDIR=/tmp/veska-HL-uc_mol-1-$RANDOM\n    if [ ! -a $SCRDIR ]"},
-        {"jobs/orca-HL-full.local", "        mv $SCRDIR/uc_mol-1.out $DataDir\n        mv $SCRDIR/uc_mol-1.mkl $DataDir\n"},
-        {"jobs/orca-HLa-full-count.pbs", "    SCRDIR=/tmp/veska-HL-$PBS_JOBID-${PBS_ARRAYID}\n"},
-        {"jobs/orca-HLa-full-count.pbs", "    cp $DataDir/nei_mol-1-${PBS_ARRAYID}.inp $SCRDIR\n"},
-        {"jobs/gau-RE-full.slurm", body + "re1\n\nCurrDir=`pwd`\n"},
-        {"jobs/orca-RE-bare.pbs", "DataDir=/home/u/run/RE\nSCRDIR=/tmp/veska-RE-mol1-$PBS_JOBID\n\n"},
-        {"jobs/qchem-RE-full.local", "SCRDIR=/tmp/veska-RE-mol1-$RANDOM\n\n" + body + "re1\n\necho \"Ending"},
-        {"mc-full.pbs", "cd ${PBS_O_WORKDIR}\n\nmodule load mpich2/1.5-gnu-5.4.0\n\n" + body + "mc\n"},
-        {"mc-bare.slurm", "#SBATCH -p workq\n#SBATCH --output=stdout-elec\n\n"},
-        {"mc-full.local", "`date`\"\n\nhopmc_OMP.exe\n\nrm -f /home/u/run/RUN/mc\n"},  // its fixed command, no body
-        {"mob-full.lsf", "\n\nhopmob_OMP.exe\n\nrm -f /home/u/run/RUN/mob\n"},
-        {"transint-full.pbs", "\ncd /home/u/run\ncd data\necho \"Working directory is `pwd`\"\n"},
-        {"getHL-full.pbs", "\ncd ${PBS_O_WORKDIR}\ncd data\n"},
-        {"transint-a-full-count.pbs", "hlgather.exe -batch mol${PBS_ARRAYID}_trans_int_files.dat -prefix V -postfix "
-                                      "${PBS_ARRAYID}\n\nrm -f /home/u/run/RUN/r-${PBS_ARRAYID}\n"},
-        {"transint-a-full-count.local", "cd data\nhlgather.exe -batch mol1_trans_int_files.dat"},
-        {"jobs/qchem-RE-full.lsf", "#BSUB -J RE-RE-mol1\n"},
-        {"me-full.lsf", "#BSUB -J ME-elec\n"},
-        {"mob-full.lsf", "#BSUB -J mc-mob-mob\n"},
-        {"getHL-full.lsf", "#BSUB -J get_site_ener\n#BSUB -oo data/stdout-get_site_ener\n"},
-        {"getRE-full.lsf", "#BSUB -J getRE-getre\n"},
-        {"transint-full.lsf", "#BSUB -J Transint-transint_mol1\n"},
-        {"transint-a-full-list.lsf", "#BSUB -J transint[2,4,7]\n"}};
-    for (const auto& [file, piece] : expect) EXPECT_NE(read_text_file(file).find(piece), std::string::npos) << file << ": " << piece;
+    const std::string pieces = "\n" + golden("job_kind_pieces.txt");
+    for (size_t at = pieces.find("\n=== "), text, next; at != std::string::npos; at = next) {
+        text = pieces.find('\n', at + 1) + 1;
+        next = pieces.find("\n=== ", text - 1);
+        const std::string file = pieces.substr(at + 5, text - at - 6);
+        const std::string piece = pieces.substr(text, next == std::string::npos ? next : next + 1 - text);
+        EXPECT_NE(read_text_file(file).find(piece), std::string::npos) << file << ":\n" << piece;
+    }
     EXPECT_EQ(read_text_file("mc-full.pbs").find("module load gaussian"), std::string::npos);  // the qc module is for qc kinds
 }
 
