@@ -83,7 +83,7 @@ TEST(MmutilText, TokensTransformsCursorAndNumbers)
 
 using MmutilFiles = ScratchDirTest;
 
-TEST_F(MmutilFiles, FatalDirectoriesGlobWholeFilesBackupAndLines)
+TEST_F(MmutilFiles, FatalDirectoriesGlobWholeFilesBackupLinesAndTables)
 {
     EXPECT_EXIT((dup2(2, 1), veska_fatal("mmutil", 536, -1, stderr, "%s - overlaps\n", "invert")),
                 testing::ExitedWithCode(255), "^\nERROR  transport : mmutil : line 536 : \ninvert - overlaps\n$");
@@ -116,10 +116,8 @@ TEST_F(MmutilFiles, FatalDirectoriesGlobWholeFilesBackupAndLines)
     EXPECT_EQ(count_lines("noend"), 0);
     EXPECT_EXIT((dup2(2, 1), count_lines("nope.txt")), testing::ExitedWithCode(255),
                 "^ERROR: Failed to open input file nope.txt\n$");
-}
 
-TEST_F(MmutilFiles, TableLayouts)
-{
+    // Tables of numbers.
     double r0[3] = {1, -2.5, 3}, r1[3] = {0.125, 0, -1}, r2[3] = {10, 20, 30};
     double* m[3] = {r0, r1, r2};
     create_directory("t");
