@@ -70,12 +70,9 @@ TEST_F(JobScriptDir, GoldenJobsInEveryDialectPlainAndArray)
         js.job_sched_type = c.dialect;
         js.module_gau_flag = c.module;
         js.nodelist = c.nodelist;
-        if (c.count < 0) {
-            js.write_gaussian_HL_job("HL", 2, 8, "uc_mol", "uc", "RUN/m");
-        } else {
-            int* list = c.indexes.empty() ? nullptr : const_cast<int*>(c.indexes.data());
-            js.write_gaussian_HL_job_array("HL", 2, 8, "uc_mol", "uc", "RUN/m", c.count, list);
-        }
+        int* list = c.indexes.empty() ? nullptr : const_cast<int*>(c.indexes.data());
+        if (c.count < 0) js.write_gaussian_HL_job("HL", 2, 8, "uc_mol", "uc", "RUN/m");
+        else js.write_gaussian_HL_job_array("HL", 2, 8, "uc_mol", "uc", "RUN/m", c.count, list);
         written[c.dialect] += read_text_file("jobs/HL." + js.script_ext[c.dialect]);
     }
     for (int d = 0; d < 4; d++) EXPECT_EQ(written[d], golden("gaussian_hl." + js.script_ext[d])) << d;
