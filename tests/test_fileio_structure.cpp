@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <random>
 
+#include "mmutil.h"
 #include "test_support.h"
 #include "veska_inp.h"
 
@@ -38,27 +39,14 @@ void cubic(FileIO& f, double a)
     f.cell_cell6_to_latt3x3(cell, latt);
 }
 
-struct Op {
-    double R[3][3] = {{0, 0, 0}, {0, 0, 0}, {0, 0, 0}};
-    double t[3] = {0, 0, 0};
-};
-
-Op parse(const std::string& text)
-{
-    Op op;
-    FileIO().ParseTransformString(text, op.R, op.t);
-    return op;
-}
-
 // The images of the atoms under each operator in turn, wrapped once, with
 // every image that coincides with an unflagged earlier one dropped by the
 // plain pairwise scan.
-inline std::vector<double> plain_p1_cell(const std::vector<std::string>& ops,
-                                         const std::vector<double>& xs)
+std::vector<double> plain_p1_cell(const std::vector<std::string>& ops, const std::vector<double>& xs)
 {
     std::vector<double> img, kept;
     for (const std::string& op : ops) {
-        double R[3][3] = {{0, 0, 0}, {0, 0, 0}, {0, 0, 0}}, t[3] = {0, 0, 0};
+        double R[3][3] = {}, t[3] = {};
         FileIO().ParseTransformString(op, R, t);
         for (size_t i = 0; i < xs.size(); i += 3)
             for (int r = 0; r < 3; r++) {
@@ -85,7 +73,7 @@ inline std::vector<double> plain_p1_cell(const std::vector<std::string>& ops,
 }
 
 // find_bond_atom repeated over the cell: molecule sizes and atoms in order.
-inline void plain_molecules(FileIO& f, std::vector<int>& counts, std::vector<int>& order)
+void plain_molecules(FileIO& f, std::vector<int>& counts, std::vector<int>& order)
 {
     const int n = f.natoms_cif;
     std::vector<int> avail(n, 1), members(n);
@@ -110,7 +98,7 @@ inline void plain_molecules(FileIO& f, std::vector<int>& counts, std::vector<int
 // find_bond_atom_one repeated from atom 0, then the mass-weighted centre
 // (the plain mean for massless atoms) brought into the cell one step per
 // component; returns how many joined.
-inline int plain_whole(FileIO& f, int n, const int* types, double* x)
+int plain_whole(FileIO& f, int n, const int* types, double* x)
 {
     std::vector<double> radii(n);
     for (int i = 0; i < n; i++) radii[i] = f.find_element_radius_from_index(types[i] < 0 ? 0 : types[i]);
@@ -183,16 +171,6 @@ void read_pipeline(const std::string& path, bool plain, int* natoms, int* nmols)
         ASSERT_EQ(plain_whole(f, f.natoms_mol[m], types.data(), x.data()), f.natoms_mol[m]);
         for (size_t k = 0; k < x.size(); k++) ASSERT_TRUE(same_bits(f.x_s_mol[m][k], x[k])) << m << " " << k;
     }
-}
-
-// A cubic cell with the given operators and atom rows.
-std::string cubic_cif(double edge, const std::string& ops, const std::string& rows)
-{
-    return format_string("data_t\n_cell_length_a %g\n_cell_length_b %g\n_cell_length_c %g\n"
-                         "_cell_angle_alpha 90\n_cell_angle_beta 90\n_cell_angle_gamma 90\n",
-                         edge, edge, edge) +
-           "loop_\n_symmetry_equiv_pos_as_xyz\n" + ops + "\nloop_\n_atom_site_label\n" +
-           "_atom_site_type_symbol\n_atom_site_fract_x\n_atom_site_fract_y\n_atom_site_fract_z\n" + rows;
 }
 
 // side^2 operators translating by 1/side along a and b, and side^2 atoms at
@@ -292,14 +270,14 @@ TEST(Symmetry, SymbolicAndNumericOperators)
         {"0 1 0 0 1", {0, 1, 0, 1, 0, 0, 0, 0, 0}, {0, 0, 0}},  // only what is there
     };
     for (const auto& c : cases) {
-        Op op = parse(c.text);
-        EXPECT_EQ(std::vector<double>(&op.R[0][0], &op.R[0][0] + 9), c.rows) << c.text;
-        for (int k = 0; k < 3; k++) EXPECT_NEAR(op.t[k], c.t[k], 1e-15) << c.text << k;
+        double R[3][3] = {}, t[3] = {};
+        FileIO().ParseTransformString(c.text, R, t);
+        EXPECT_EQ(std::vector<double>(&R[0][0], &R[0][0] + 9), c.rows) << c.text;
+        for (int k = 0; k < 3; k++) EXPECT_NEAR(t[k], c.t[k], 1e-15) << c.text << k;
     }
-    Op op;  // no comma and no blank: nothing is parsed, the caller's values stay
-    op.R[0][0] = 7;
-    FileIO().ParseTransformString("xyz", op.R, op.t);
-    EXPECT_EQ(op.R[0][0], 7);
+    double R[3][3] = {{7}}, t[3] = {};  // no comma and no blank: nothing is parsed, the caller's values stay
+    FileIO().ParseTransformString("xyz", R, t);
+    EXPECT_EQ(R[0][0], 7);
 }
 
 TEST(Symmetry, OverlapsImageOrderAndNoOperators)
@@ -493,11 +471,8 @@ using StructureDriver = ScratchDirTest;
 // C-C-H chain that straddles the a face (C at x = 0.98 and 0.02).
 static void read_two_molecules(VeskaInp& v, const char* data_dir)
 {
-    put_file("two.cif", "_cell_length_a 20\n_cell_length_b 20\n_cell_length_c 20\n_cell_angle_alpha 90\n"
-                        "_cell_angle_beta 90\n_cell_angle_gamma 90\nloop_\n_symmetry_equiv_pos_as_xyz\nx,y,z\n\n"
-                        "loop_\n_atom_site_label\n_atom_site_type_symbol\n_atom_site_fract_x\n_atom_site_fract_y\n"
-                        "_atom_site_fract_z\nC1 C 0.98 0.5 0.5\nA1 C 0.1 0.1 0.1\nC2 C 0.02 0.5 0.5\n"
-                        "A2 C 0.177 0.1 0.1\nH2 H 0.0745 0.5 0.5\n");
+    put_file("two.cif", cubic_cif(20, "x,y,z", "C1 C 0.98 0.5 0.5\nA1 C 0.1 0.1 0.1\nC2 C 0.02 0.5 0.5\n"
+                                                "A2 C 0.177 0.1 0.1\nH2 H 0.0745 0.5 0.5\n"));
     v.set_varables_default();
     v.data_dir = data_dir;
     testing::internal::CaptureStdout();

@@ -39,7 +39,7 @@ REFERENCE = {e["file"]: e for e in json.load(open(os.path.join(DATA, "reference.
 PUBLISHED = {"c20h14s2_lufhaw.cif": ["C20H14S2"] * 2, "naphthodithiophene_hahcoi.cif": ["C12H6S2"] * 2,
              "quinacridone_beta.cif": ["C20H12N2O2"] * 2, "tbbt_japwih.cif": ["C16H8S3"] * 2,
              "tipge_pentacene_x17059_disordered.cif": ["C50H68Ge2"]}
-# What tests/test_structure_writers.cpp writes into the goldens: a molecule
+# What tests/test_fileio_writers.cpp writes into the goldens: a molecule
 # (Cartesian), and two molecules in fractions, one unwrapped past the cell,
 # in a 2 x 1 x 1 supercell.
 MOLECULE = [("C", 0.0, 1.5, -12.34567), ("H", 10.25, -0.5, 2.0), ("Cl", 3.14159, 2.71828, -1.0)]
