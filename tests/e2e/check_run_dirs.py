@@ -194,19 +194,9 @@ def check_counts(workdir, out, table, unique):
 
 
 def lattice(cell):
-    """Cell vectors: a along x, b in the xy plane."""
-    a, b, c = cell[:3]
-    ca, cb, cg = (math.cos(math.radians(x)) for x in cell[3:])
-    sg = math.sin(math.radians(cell[5]))
-    cy = c * (ca - cb * cg) / sg
-    return [(a, 0, 0), (b * cg, b * sg, 0), (c * cb, cy, math.sqrt(c * c - (c * cb) ** 2 - cy * cy))]
-
-
-def fractional(cell, x):
-    (a, _, _), (bx, by, _), (cx, cy, cz) = lattice(cell)
-    fc = x[2] / cz
-    fb = (x[1] - fc * cy) / by
-    return [(x[0] - fb * bx - fc * cx) / a, fb, fc]
+    """Cell vectors as rows: a along x, b in the xy plane, as the writers place them."""
+    from ase.geometry import cellpar_to_cell
+    return cellpar_to_cell(cell)
 
 
 def same(a, b):  # elements, and positions written to four decimals
@@ -228,7 +218,7 @@ def check_inputs(workdir, table, reader, ext, cell):
         for j, (m, _, offset) in enumerate(rows, 1):
             nei, dimer = load("HL/nei_mol-%d-%d" % (i, j)), load("HL/2mol-%d-%d" % (i, j))
             shift = [p - q for p, q in zip(nei[1][0], uc[m][1][0])]
-            length = math.hypot(*(sum(t * v[k] for t, v in zip(offset, vectors)) for k in range(3)))
+            length = math.hypot(*(offset @ vectors))
             if not (same(nei, (uc[m][0], [[p + s for p, s in zip(u, shift)] for u in uc[m][1]]))
                     and abs(math.hypot(*shift) - length) < 1e-3 and same(dimer, (uc[i][0] + nei[0], uc[i][1] + nei[1]))):
                 bad.append("pair %d-%d" % (i, j))
@@ -245,6 +235,7 @@ def formula(elements):
 
 
 def check_reference(name, uc, centres, table, cell):
+    import numpy
     formulas = [formula(uc[i][0]) for i in sorted(uc)]
     ref = REFERENCE.get(name, {})
     if name in PUBLISHED and formulas != PUBLISHED[name]:
@@ -263,7 +254,7 @@ def check_reference(name, uc, centres, table, cell):
     if len(want) != len(table):
         fail("%s: %d molecules, reference %d" % (name, len(table), len(want)))
     for f, centre, rows in zip(formulas, centres, table):
-        frac = fractional(cell, centre)
+        frac = numpy.linalg.solve(lattice(cell).T, centre)
         match = [w for w in want if w[0]["formula"] == f and
                  all(abs(d - round(d)) < 2e-4 for d in (p - q for p, q in zip(frac, w[0]["com_frac"])))]
         if not match:
