@@ -3,7 +3,7 @@
 veska_transport_prepare, in a scratch directory per input and set-up, checked
 with programs nobody here wrote.
 
-Every .py compiles, every job script passes bash -n and shellcheck -S error;
+Every .py compiles, every job and shell script passes bash -n and shellcheck -S error;
 the summary's counts match neighbor.dat and unique_id_map.dat. With plain
 names every Gaussian input is read back by ASE (pentacene's Q-Chem inputs by
 pymatgen): each neighbour is its molecule moved by its whole-cell offset,
@@ -31,7 +31,7 @@ import xml.etree.ElementTree as ET
 
 INP, PREPARE, DATA = sys.argv[1:4]
 IN_CI = os.environ.get("CI") == "true"
-JOB_EXTS = (".pbs", ".slurm", ".lsf", ".local")
+JOB_EXTS = (".pbs", ".slurm", ".lsf", ".local", ".sh")
 PLAIN = {"HL_unique_mol": 0, "RE_unique_mol": 0}
 STATES = {"neutral": (0, 1), "cation": (1, 2), "anion": (-1, 2)}
 REFERENCE = {e["file"]: e for e in json.load(open(os.path.join(DATA, "reference.json")))["entries"]}
@@ -154,7 +154,7 @@ def check_scripts(workdir):
         if subprocess.run(["bash", "-n", f], cwd=workdir).returncode:
             fail("bash -n rejects " + f)
     # PBS and LSF scripts carry no #! line: shellcheck is told they are bash.
-    for shell, exts in (("bash", (".pbs", ".lsf")), (None, (".slurm", ".local"))):
+    for shell, exts in (("bash", (".pbs", ".lsf")), (None, (".slurm", ".local", ".sh"))):
         group = [f for f in jobs if f.endswith(exts)]
         for k in range(0, len(group), 200) if shutil.which("shellcheck") else ():
             cmd = ["shellcheck", "-S", "error"] + (["-s", shell] if shell else [])
@@ -307,20 +307,22 @@ def run_mol(tmp, mol, ase_io):
 
 
 def check_listings(tmp, qcinput):
-    """One crystal through every engine and scheduler: the names written."""
-    for name, args, sched in (("gaussian-pbs", [], "pbs"), ("orca-pbs", ["-orca"], "pbs"), ("qchem-pbs", ["-qchem"], "pbs"),
-                              ("gaussian-slurm", [], "slurm"), ("gaussian-lsf", [], "lsf"), ("gaussian-local", [], "local")):
-        workdir = os.path.join(tmp, "golden-" + name)
-        r = prepare(workdir, "pentacene_pencen01.cif", args, env={"VESKA_JOB_SCHED": sched})
-        if r.returncode:
-            fail("%s: exit %d\n%s%s" % (name, r.returncode, r.stdout, r.stderr))
-            continue
-        listing = "".join(f + "\n" for f in check_scripts(workdir))
-        golden = os.path.join(DATA, "run_listings", "files-%s.txt" % name)
-        if os.environ.get("VESKA_UPDATE_GOLDEN"):
-            open(golden, "w").write(listing)
-        elif open(golden).read() != listing:
-            fail("%s: the files written differ from %s" % (name, golden))
+    """One crystal through every engine and scheduler, with site energies,
+    ORCA's jobs single and the others' arrays: the names written."""
+    for engine in ("gaussian", "orca", "qchem"):
+        for sched in ("pbs", "slurm", "lsf", "local"):
+            name, workdir = engine + "-" + sched, os.path.join(tmp, "golden-%s-%s" % (engine, sched))
+            r = prepare(workdir, "pentacene_pencen01.cif", [] if engine == "gaussian" else ["-" + engine],
+                        {"lat_site_energy": 1, "sched_job_array": int(engine != "orca")}, {"VESKA_JOB_SCHED": sched})
+            if r.returncode:
+                fail("%s: exit %d\n%s%s" % (name, r.returncode, r.stdout, r.stderr))
+                continue
+            listing = "".join(f + "\n" for f in check_scripts(workdir))
+            golden = os.path.join(DATA, "run_listings", "files-%s.txt" % name)
+            if os.environ.get("VESKA_UPDATE_GOLDEN"):
+                open(golden, "w").write(listing)
+            elif open(golden).read() != listing:
+                fail("%s: the files written differ from %s" % (name, golden))
     if qcinput:
         workdir = os.path.join(tmp, "qchem-plain")
         r = prepare(workdir, "pentacene_pencen01.cif", ["-qchem"], keys=PLAIN)
