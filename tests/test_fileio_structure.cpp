@@ -306,27 +306,6 @@ TEST(Symmetry, OverlapsImageOrderAndNoOperators)
     EXPECT_EQ(f.natoms_cif, 0);
 }
 
-// The binned overlap scan must flag exactly what the plain pairwise scan
-// flags: many near-coincident images, images on the faces and positions
-// left outside [0, 1) by the single wrap.
-TEST(Symmetry, SameSurvivorsAsPairwiseScan)
-{
-    std::mt19937 rng(7);
-    std::uniform_int_distribution<int> grid(0, 7);
-    std::uniform_real_distribution<double> jitter(-6e-4, 6e-4);
-    std::vector<double> xs;
-    for (int i = 0; i < 900; i++) xs.push_back(grid(rng) / 8.0 + (i / 3 % 3 ? jitter(rng) : 0.0));
-    std::vector<std::string> ops = {"x,y,z", "-x,-y,-z", "-x+1/2,y+1/2,-z+1/2", "x+1/2,-y+1/2,z+1/2", "2 0 0 0 0 1 0 0 0 0 1 -1.5"};
-    FileIO f;
-    load_cell(f, xs, 0.77, ops);
-    std::vector<double> expect = plain_p1_cell(ops, xs);
-    testing::internal::CaptureStdout();
-    f.make_spacegroup_P1(3);
-    testing::internal::GetCapturedStdout();
-    ASSERT_LT(f.natoms_cif, 300 * (int)ops.size());
-    EXPECT_EQ(std::vector<double>(f.cif_x_s, f.cif_x_s + 3 * f.natoms_cif), expect);
-}
-
 TEST(Separation, InterleavedAcrossTheFaceAndAtTheLimit)
 {
     FileIO f;
@@ -535,8 +514,9 @@ TEST_F(StructureDriver, BadKindShortNameListAndUnwritableBondFile)
 
 // The shared crystals; 10,000 images that all bond (an unknown element
 // bonds to everything in the separation) ending as one molecule, quickly
-// and in linear memory; and coordinates in every form a file may hold.
-TEST(StructurePipeline, CrystalsHostileCellsAndNumbersAsThePlainScans)
+// and in linear memory; coordinates in every form a file may hold; and
+// images within a hair of the overlap limit.
+TEST(StructurePipeline, CrystalsHostileCellsNumbersAndNearOverlapsAsThePlainScans)
 {
     int natoms, nmols;
     for (const auto& e : std::filesystem::directory_iterator(VESKA_TEST_DATA_DIR))
@@ -568,6 +548,21 @@ TEST(StructurePipeline, CrystalsHostileCellsAndNumbersAsThePlainScans)
     put_file("numbers.cif", cubic_cif(2000.0, "x,y,z", rows));
     read_pipeline("numbers.cif", true, &natoms, &nmols);
     EXPECT_EQ(natoms, (int)numbers.size());
+
+    // Many images within a hair of the limit, on the faces, and (x+y+z) left
+    // outside [0, 1) by the single wrap.
+    std::uniform_int_distribution<int> grid(0, 7);
+    std::uniform_real_distribution<double> jitter(-6e-4, 6e-4);
+    rows.clear();
+    for (int i = 0; i < 300; i++) {
+        double x[3];
+        for (int k = 0; k < 3; k++) x[k] = grid(rng) / 8.0 + (i % 3 ? jitter(rng) : 0.0);
+        rows += format_string("C%d C %.17g %.17g %.17g\n", i, x[0], x[1], x[2]);
+    }
+    put_file("jitter.cif", cubic_cif(20.0, "x,y,z\n-x,-y,-z\n-x+1/2,y+1/2,-z+1/2\nx+1/2,-y+1/2,z+1/2\n"
+                                           "x+y+z,y,-z", rows));
+    read_pipeline("jitter.cif", true, &natoms, &nmols);
+    EXPECT_LT(natoms, 1500);
 }
 
 // Branched random chains of up to 1,200 atoms winding through small cells
