@@ -189,10 +189,7 @@ namespace {
 // along +-a, +-b, +-c, with rates k[0], k[1], k[2] (1/ns).
 void stage_lattice(int nsimu, const double k[3], const std::string& extra = "")
 {
-    put_file("cubic.cif", "data_c\n_cell_length_a 5\n_cell_length_b 5\n_cell_length_c 5\n_cell_angle_alpha 90\n"
-                          "_cell_angle_beta 90\n_cell_angle_gamma 90\nloop_\n_symmetry_equiv_pos_as_xyz\nx,y,z\n\n"
-                          "loop_\n_atom_site_label\n_atom_site_type_symbol\n_atom_site_fract_x\n"
-                          "_atom_site_fract_y\n_atom_site_fract_z\nC1 C 0.5 0.5 0.5\n");
+    put_file("cubic.cif", cubic_cif(5, "x,y,z", "C1 C 0.5 0.5 0.5\n"));
     put_file("veska.inp", "&transport\n crystal = cubic.cif\n lat_cutoff = 5.5\n nei_scell = 1 1 1\n tsimu = 10\n"
                           " tsnap = 1\n nsimu = " + std::to_string(nsimu) + "\n" + extra + "/\n");
     put_file("charge.inp", "e\n");

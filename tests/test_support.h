@@ -17,6 +17,8 @@
 #include <set>
 #include <string>
 
+#include "mmutil.h"
+
 namespace fs = std::filesystem;
 
 // Creates a fresh directory, changes into it and back out on destruction.
@@ -122,6 +124,16 @@ inline std::string dump(const std::string& dir, const std::string& with_text = "
     for (const std::string& p : all)
         text += "=== " + p + "\n" + (p.find(with_text) != std::string::npos ? read_text_file(p) : "");
     return text;
+}
+
+// A cubic cell with the given operators and atom rows.
+inline std::string cubic_cif(double edge, const std::string& ops, const std::string& rows)
+{
+    return format_string("data_t\n_cell_length_a %g\n_cell_length_b %g\n_cell_length_c %g\n"
+                         "_cell_angle_alpha 90\n_cell_angle_beta 90\n_cell_angle_gamma 90\n",
+                         edge, edge, edge) +
+           "loop_\n_symmetry_equiv_pos_as_xyz\n" + ops + "\nloop_\n_atom_site_label\n" +
+           "_atom_site_type_symbol\n_atom_site_fract_x\n_atom_site_fract_y\n_atom_site_fract_z\n" + rows;
 }
 
 // C, H and Cl: one- and two-letter symbols; -12.34567 rounds at four decimals.

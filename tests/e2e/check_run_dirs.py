@@ -3,7 +3,7 @@
 veska_transport_prepare, in a scratch directory per input and set-up, checked
 with programs nobody here wrote.
 
-Every .py compiles, every job script passes bash -n and shellcheck -S error;
+Every .py compiles, every job and shell script passes bash -n and shellcheck -S error;
 the summary's counts match neighbor.dat and unique_id_map.dat. With plain
 names every Gaussian input is read back by ASE (pentacene's Q-Chem inputs by
 pymatgen): each neighbour is its molecule moved by its whole-cell offset,
@@ -31,7 +31,7 @@ import xml.etree.ElementTree as ET
 
 INP, PREPARE, DATA = sys.argv[1:4]
 IN_CI = os.environ.get("CI") == "true"
-JOB_EXTS = (".pbs", ".slurm", ".lsf", ".local")
+JOB_EXTS = (".pbs", ".slurm", ".lsf", ".local", ".sh")
 PLAIN = {"HL_unique_mol": 0, "RE_unique_mol": 0}
 STATES = {"neutral": (0, 1), "cation": (1, 2), "anion": (-1, 2)}
 REFERENCE = {e["file"]: e for e in json.load(open(os.path.join(DATA, "reference.json")))["entries"]}
@@ -39,7 +39,7 @@ REFERENCE = {e["file"]: e for e in json.load(open(os.path.join(DATA, "reference.
 PUBLISHED = {"c20h14s2_lufhaw.cif": ["C20H14S2"] * 2, "naphthodithiophene_hahcoi.cif": ["C12H6S2"] * 2,
              "quinacridone_beta.cif": ["C20H12N2O2"] * 2, "tbbt_japwih.cif": ["C16H8S3"] * 2,
              "tipge_pentacene_x17059_disordered.cif": ["C50H68Ge2"]}
-# What tests/test_structure_writers.cpp writes into the goldens: a molecule
+# What tests/test_fileio_writers.cpp writes into the goldens: a molecule
 # (Cartesian), and two molecules in fractions, one unwrapped past the cell,
 # in a 2 x 1 x 1 supercell.
 MOLECULE = [("C", 0.0, 1.5, -12.34567), ("H", 10.25, -0.5, 2.0), ("Cl", 3.14159, 2.71828, -1.0)]
@@ -154,7 +154,7 @@ def check_scripts(workdir):
         if subprocess.run(["bash", "-n", f], cwd=workdir).returncode:
             fail("bash -n rejects " + f)
     # PBS and LSF scripts carry no #! line: shellcheck is told they are bash.
-    for shell, exts in (("bash", (".pbs", ".lsf")), (None, (".slurm", ".local"))):
+    for shell, exts in (("bash", (".pbs", ".lsf")), (None, (".slurm", ".local", ".sh"))):
         group = [f for f in jobs if f.endswith(exts)]
         for k in range(0, len(group), 200) if shutil.which("shellcheck") else ():
             cmd = ["shellcheck", "-S", "error"] + (["-s", shell] if shell else [])
@@ -194,19 +194,9 @@ def check_counts(workdir, out, table, unique):
 
 
 def lattice(cell):
-    """Cell vectors: a along x, b in the xy plane."""
-    a, b, c = cell[:3]
-    ca, cb, cg = (math.cos(math.radians(x)) for x in cell[3:])
-    sg = math.sin(math.radians(cell[5]))
-    cy = c * (ca - cb * cg) / sg
-    return [(a, 0, 0), (b * cg, b * sg, 0), (c * cb, cy, math.sqrt(c * c - (c * cb) ** 2 - cy * cy))]
-
-
-def fractional(cell, x):
-    (a, _, _), (bx, by, _), (cx, cy, cz) = lattice(cell)
-    fc = x[2] / cz
-    fb = (x[1] - fc * cy) / by
-    return [(x[0] - fb * bx - fc * cx) / a, fb, fc]
+    """Cell vectors as rows: a along x, b in the xy plane, as the writers place them."""
+    from ase.geometry import cellpar_to_cell
+    return cellpar_to_cell(cell)
 
 
 def same(a, b):  # elements, and positions written to four decimals
@@ -228,7 +218,7 @@ def check_inputs(workdir, table, reader, ext, cell):
         for j, (m, _, offset) in enumerate(rows, 1):
             nei, dimer = load("HL/nei_mol-%d-%d" % (i, j)), load("HL/2mol-%d-%d" % (i, j))
             shift = [p - q for p, q in zip(nei[1][0], uc[m][1][0])]
-            length = math.hypot(*(sum(t * v[k] for t, v in zip(offset, vectors)) for k in range(3)))
+            length = math.hypot(*(offset @ vectors))
             if not (same(nei, (uc[m][0], [[p + s for p, s in zip(u, shift)] for u in uc[m][1]]))
                     and abs(math.hypot(*shift) - length) < 1e-3 and same(dimer, (uc[i][0] + nei[0], uc[i][1] + nei[1]))):
                 bad.append("pair %d-%d" % (i, j))
@@ -245,6 +235,7 @@ def formula(elements):
 
 
 def check_reference(name, uc, centres, table, cell):
+    import numpy
     formulas = [formula(uc[i][0]) for i in sorted(uc)]
     ref = REFERENCE.get(name, {})
     if name in PUBLISHED and formulas != PUBLISHED[name]:
@@ -263,7 +254,7 @@ def check_reference(name, uc, centres, table, cell):
     if len(want) != len(table):
         fail("%s: %d molecules, reference %d" % (name, len(table), len(want)))
     for f, centre, rows in zip(formulas, centres, table):
-        frac = fractional(cell, centre)
+        frac = numpy.linalg.solve(lattice(cell).T, centre)
         match = [w for w in want if w[0]["formula"] == f and
                  all(abs(d - round(d)) < 2e-4 for d in (p - q for p, q in zip(frac, w[0]["com_frac"])))]
         if not match:
@@ -316,20 +307,22 @@ def run_mol(tmp, mol, ase_io):
 
 
 def check_listings(tmp, qcinput):
-    """One crystal through every engine and scheduler: the names written."""
-    for name, args, sched in (("gaussian-pbs", [], "pbs"), ("orca-pbs", ["-orca"], "pbs"), ("qchem-pbs", ["-qchem"], "pbs"),
-                              ("gaussian-slurm", [], "slurm"), ("gaussian-lsf", [], "lsf"), ("gaussian-local", [], "local")):
-        workdir = os.path.join(tmp, "golden-" + name)
-        r = prepare(workdir, "pentacene_pencen01.cif", args, env={"VESKA_JOB_SCHED": sched})
-        if r.returncode:
-            fail("%s: exit %d\n%s%s" % (name, r.returncode, r.stdout, r.stderr))
-            continue
-        listing = "".join(f + "\n" for f in check_scripts(workdir))
-        golden = os.path.join(DATA, "run_listings", "files-%s.txt" % name)
-        if os.environ.get("VESKA_UPDATE_GOLDEN"):
-            open(golden, "w").write(listing)
-        elif open(golden).read() != listing:
-            fail("%s: the files written differ from %s" % (name, golden))
+    """One crystal through every engine and scheduler, with site energies,
+    ORCA's jobs single and the others' arrays: the names written."""
+    for engine in ("gaussian", "orca", "qchem"):
+        for sched in ("pbs", "slurm", "lsf", "local"):
+            name, workdir = engine + "-" + sched, os.path.join(tmp, "golden-%s-%s" % (engine, sched))
+            r = prepare(workdir, "pentacene_pencen01.cif", [] if engine == "gaussian" else ["-" + engine],
+                        {"lat_site_energy": 1, "sched_job_array": int(engine != "orca")}, {"VESKA_JOB_SCHED": sched})
+            if r.returncode:
+                fail("%s: exit %d\n%s%s" % (name, r.returncode, r.stdout, r.stderr))
+                continue
+            listing = "".join(f + "\n" for f in check_scripts(workdir))
+            golden = os.path.join(DATA, "run_listings", "files-%s.txt" % name)
+            if os.environ.get("VESKA_UPDATE_GOLDEN"):
+                open(golden, "w").write(listing)
+            elif open(golden).read() != listing:
+                fail("%s: the files written differ from %s" % (name, golden))
     if qcinput:
         workdir = os.path.join(tmp, "qchem-plain")
         r = prepare(workdir, "pentacene_pencen01.cif", ["-qchem"], keys=PLAIN)
