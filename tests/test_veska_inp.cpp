@@ -387,39 +387,35 @@ TEST(Command, OptionsAndEnvironment)
         edit(insert_before(verbose, verbose_lat_cutoff, vector_lines), {{crystal_default, "  molecule        = 2 mol1.mol mol2.mol\n"}});
     const std::string terse_mol = insert_before(terse, terse_lat_cutoff, vector_lines);
     struct Case {
-        std::vector<std::string> args, env, files;  // files present before the run
-        std::string out, file, text;                // file "" : none written
+        std::vector<std::string> args, env, files;          // files present before the run
+        std::string text, file = "veska.inp", out = plain;  // file "" : none written
     } cases[] = {
-        {{}, {}, {}, plain, "veska.inp", terse},
-        {{}, {}, {"y.cif", "x.cif", "a.mol"}, plain, "veska.inp", with(terse, {{"crystal", "x.cif"}})},  // the first CIF
+        {{}, {}, {}, terse},
+        {{}, {}, {"y.cif", "x.cif", "a.mol"}, with(terse, {{"crystal", "x.cif"}})},  // the first CIF by name
         // the last -config wins; prefixes select the first entry they begin with; unknown words and a
         // bare "-c" are ignored; a run.sh there is replaced
         {{"-config", "a.inp", "-c", "-configfile", "-x.inp", "-molecule", "-verbosely", "--mol", "zzz"}, {}, {"run.sh"},
-         config("a.inp") + config("-x.inp") + start + writing("-x.inp") + done, "-x.inp", verbose_mol},
-        {{"-verbose", "-mol", "-terse", "-cif", "-qchem", "-orca"}, {}, {}, plain, "veska.inp",
+         verbose_mol, "-x.inp", config("a.inp") + config("-x.inp") + start + writing("-x.inp") + done},
+        {{"-verbose", "-mol", "-terse", "-cif", "-qchem", "-orca"}, {}, {},
          with(terse, {{"compute_engine", "2"}, {"qc_exe", "fullpath/orca"}})},
-        {{"-verbose", "-config"}, {}, {}, "WARNING: -config needs a file name; keeping veska.inp\n" + plain,
-         "veska.inp", verbose},
-        {{"-config", "no/such/dir.inp"}, {}, {}, config("no/such/dir.inp") + start + done, "", ""},
+        {{"-verbose", "-config"}, {}, {}, verbose, "veska.inp", "WARNING: -config needs a file name; keeping veska.inp\n" + plain},
+        {{"-config", "no/such/dir.inp"}, {}, {}, "", "", config("no/such/dir.inp") + start + done},
         // the old format ignores name, kind, engine, environment and module flag
-        {{"-oldconfig", "-orca", "-config", "x.inp", "-cif", "-module"},
-         {"VESKA_QC_EXE=/opt/g16", "VESKA_MODULE_QC=g16"}, {},
-         config("x.inp") + start + writing("config.txt") + done, "config.txt",
-         edit(golden("config.inp"), {{old_crystal_default, "molecule        2 mol1.mol mol2.mol\n"}})},
-        {{"-module"}, {}, {}, plain, "veska.inp", edit(terse, {{module_off, "  module_qc = gaussian/g09.e01\n"}})},
-        {{}, {"VESKA_MODULE_QC="}, {}, plain, "veska.inp", edit(terse, {{module_off, "  module_qc = \n"}})},
+        {{"-oldconfig", "-orca", "-config", "x.inp", "-cif", "-module"}, {"VESKA_QC_EXE=/opt/g16", "VESKA_MODULE_QC=g16"}, {},
+         edit(golden("config.inp"), {{old_crystal_default, "molecule        2 mol1.mol mol2.mol\n"}}), "config.txt",
+         config("x.inp") + start + writing("config.txt") + done},
+        {{"-module"}, {}, {}, edit(terse, {{module_off, "  module_qc = gaussian/g09.e01\n"}})},
+        {{}, {"VESKA_MODULE_QC="}, {}, edit(terse, {{module_off, "  module_qc = \n"}})},
         {{"-qchem", "-mol"},
-         {"VESKA_JOB_SCHED=slurm", "VESKA_JOB_QUEUE=gpu", "VESKA_QC_EXE=/opt/qc/bin/qchem",
-          "VESKA_QC_NODES=abc", "VESKA_QC_PPN= 16x", "VESKA_MODULE_QC=qchem/5.4"},
-         {"b.mol", "a.mol"}, plain, "veska.inp",
+         {"VESKA_JOB_SCHED=slurm", "VESKA_JOB_QUEUE=gpu", "VESKA_QC_EXE=/opt/qc/bin/qchem", "VESKA_QC_NODES=abc",
+          "VESKA_QC_PPN= 16x", "VESKA_MODULE_QC=qchem/5.4"}, {"b.mol", "a.mol"},
          edit(with(terse_mol, {{"sched_type", "slurm"}, {"queue_name", "gpu"}, {"compute_engine", "3"},
                                {"qc_exe", "/opt/qc/bin/qchem"}, {"qc_nodes", "0"}, {"qc_ppn", "16"}}),
               {{module_off, "  module_qc = qchem/5.4\n"}, {crystal_default, "  molecule        = 2 a.mol b.mol\n"}})},
         // values that would not read back are written as given, with a warning
         {{}, {"VESKA_QC_EXE=g16 ! fast", "VESKA_JOB_QUEUE=q#1"}, {},
-         start + warning("VESKA_JOB_QUEUE", "q#1") + warning("VESKA_QC_EXE", "g16 ! fast") +
-             writing("veska.inp") + done, "veska.inp",
-         with(terse, {{"queue_name", "q#1"}, {"qc_exe", "g16 ! fast"}})},
+         with(terse, {{"queue_name", "q#1"}, {"qc_exe", "g16 ! fast"}}), "veska.inp",
+         start + warning("VESKA_JOB_QUEUE", "q#1") + warning("VESKA_QC_EXE", "g16 ! fast") + writing("veska.inp") + done},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::PrintToString(c.args) + testing::PrintToString(c.env));
