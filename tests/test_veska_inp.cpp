@@ -6,7 +6,7 @@
 // The layouts in their default state (defaults, engine 1, no environment, no
 // module flag) live in data/golden: terse.inp, verbose.inp, config.inp (input
 // kind 2, no CIF file in the directory) and full.inp (the full state of a
-// fresh Transport). Tests derive the variants by line edits.
+// fresh Transport). Tests derive the variants by line edits and values set by key.
 
 #include <sys/stat.h>
 
@@ -268,8 +268,9 @@ TEST(ConfigWriters, DefaultsResetSettingsButKeepSwitchesEngineAndModules)
     const std::string kept = with(golden("full.inp"), {{"do_transport_prepare", "0"}, {"nodelist", "\"n1\""},
         {"sched_job_array", "0"}, {"compute_engine", "3"}, {"qc_exe", "qchem"}, {"scratch", "/scratch"},
         {"veska_dat_file", "r.dat"}, {"bond_dis_scale", "1.3"}, {"HL_unique_mol", "0"}});
-    EXPECT_EQ(written(v, nullptr, 0, {}, true), insert_before(kept, "  # Temperature Dependence",  // with the MPI flag:
-              "  module_qc       = qchem/6    ! module load gaussian/g09.e01\n"));  // no empty line after it
+    // With the MPI flag no empty line follows the module line.
+    EXPECT_EQ(written(v, nullptr, 0, {}, true),
+              insert_before(kept, "  # Temperature Dependence", "  module_qc       = qchem/6    ! module load gaussian/g09.e01\n"));
 }
 
 // The layouts as the command writes them are checked by the command test;
