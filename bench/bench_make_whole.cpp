@@ -1,8 +1,7 @@
 // Making one molecule whole by molecule size (flat carbon flakes of 200 to
-// 1,600 atoms straddling the cell faces), beside the plain search step
-// repeated as the whole search once did; and the structure pipeline (read,
-// expand, separate, make whole) on the two hostile cells whose 10,000
-// images all bond into one molecule.
+// 1,600 atoms straddling the cell faces), beside the plain scan it
+// replaced; and the structure pipeline (read, expand, separate, make whole)
+// on the two hostile cells whose 10,000 images all bond into one molecule.
 
 #include <benchmark/benchmark.h>
 
@@ -45,27 +44,18 @@ void BM_MakeWhole(benchmark::State& state)
 }
 BENCHMARK(BM_MakeWhole)->Arg(200)->Arg(400)->Arg(800)->Arg(1600)->Unit(benchmark::kMicrosecond);
 
-// find_bond_atom_one from the first atom until no atom is found.
+// The plain scan the search replaced: find_bond_atom_one from the first atom.
 void BM_MakeWholePlainSteps(benchmark::State& state)
 {
     Flake flake((int)state.range(0));
-    const int n = flake.size();
-    std::vector<double> x, radii(n, flake.f.find_element_radius_from_index(6));
-    std::vector<int> avail(n), members(n);
+    flake.f.plain_scans = true;
+    std::vector<double> x;
     for (auto _ : state) {
         x = flake.xs;
-        avail.assign(n, 1);
-        avail[0] = 0;
-        int joined = 1, atom = 0, partner;
-        double dist;
-        while (joined < n && atom >= 0) {
-            flake.f.find_bond_atom_one(n, x.data(), radii.data(), avail.data(), joined,
-                                       members.data(), &atom, &partner, &dist);
-            if (atom >= 0) avail[atom] = 0, members[joined++] = atom;
-        }
+        flake.f.make_whole_molecule(1, flake.size(), flake.types.data(), x.data(), false);
         benchmark::DoNotOptimize(x.data());
     }
-    state.counters["atoms"] = n;
+    state.counters["atoms"] = flake.size();
 }
 BENCHMARK(BM_MakeWholePlainSteps)->Arg(200)->Arg(400)->Arg(800)->Arg(1600)
     ->Unit(benchmark::kMicrosecond);

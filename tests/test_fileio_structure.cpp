@@ -39,138 +39,39 @@ void cubic(FileIO& f, double a)
     f.cell_cell6_to_latt3x3(cell, latt);
 }
 
-// The images of the atoms under each operator in turn, wrapped once, with
-// every image that coincides with an unflagged earlier one dropped by the
-// plain pairwise scan.
-std::vector<double> plain_p1_cell(const std::vector<std::string>& ops, const std::vector<double>& xs)
-{
-    std::vector<double> img, kept;
-    for (const std::string& op : ops) {
-        double R[3][3] = {}, t[3] = {};
-        FileIO().ParseTransformString(op, R, t);
-        for (size_t i = 0; i < xs.size(); i += 3)
-            for (int r = 0; r < 3; r++) {
-                double v = R[r][0] * xs[i] + R[r][1] * xs[i + 1] + R[r][2] * xs[i + 2] + t[r];
-                img.push_back(v < 0 ? v + 1 : (v >= 1 ? v - 1 : v));
-            }
-    }
-    const size_t n = img.size() / 3;
-    std::vector<char> flag(n, 0);
-    for (size_t a = 0; a < n; a++) {
-        if (flag[a]) continue;
-        kept.insert(kept.end(), img.begin() + 3 * a, img.begin() + 3 * a + 3);
-        for (size_t b = a + 1; b < n; b++) {
-            double s = 0;
-            for (int k = 0; k < 3; k++) {
-                double d = img[3 * b + k] - img[3 * a + k];
-                d = d > 0.5 ? d - 1 : (d < -0.5 ? d + 1 : d);
-                s += d * d;
-            }
-            if (!flag[b] && s < 1e-6) flag[b] = 1;
-        }
-    }
-    return kept;
-}
-
-// find_bond_atom repeated over the cell: molecule sizes and atoms in order.
-void plain_molecules(FileIO& f, std::vector<int>& counts, std::vector<int>& order)
-{
-    const int n = f.natoms_cif;
-    std::vector<int> avail(n, 1), members(n);
-    counts.clear();
-    order.clear();
-    for (int in_mol = 0;;) {
-        int atom, partner;
-        double dist;
-        f.find_bond_atom(n, avail.data(), in_mol, members.data(), &atom, &partner, &dist);
-        if (atom >= 0) {
-            avail[atom] = 0;
-            members[in_mol++] = atom;
-            continue;
-        }
-        if (in_mol == 0) return;
-        counts.push_back(in_mol);
-        order.insert(order.end(), members.begin(), members.begin() + in_mol);
-        in_mol = 0;
-    }
-}
-
-// find_bond_atom_one repeated from atom 0, then the mass-weighted centre
-// (the plain mean for massless atoms) brought into the cell one step per
-// component; returns how many joined.
-int plain_whole(FileIO& f, int n, const int* types, double* x)
-{
-    std::vector<double> radii(n);
-    for (int i = 0; i < n; i++) radii[i] = f.find_element_radius_from_index(types[i] < 0 ? 0 : types[i]);
-    std::vector<int> avail(n, 1), members(n, 0);
-    avail[0] = 0;
-    int joined = 1;
-    while (joined < n) {
-        int atom, partner;
-        double dist;
-        f.find_bond_atom_one(n, x, radii.data(), avail.data(), joined, members.data(), &atom,
-                             &partner, &dist);
-        if (atom < 0 || !((radii[partner] + radii[atom]) * f.bond_dis_scale >= dist)) return joined;
-        avail[atom] = 0;
-        members[joined++] = atom;
-    }
-    double c[3] = {0, 0, 0}, mean[3] = {0, 0, 0}, total = 0;
-    for (int i = 0; i < n; i++) {
-        double w = element_table[types[i] < 0 ? 0 : types[i]].mass;
-        total += w;
-        for (int k = 0; k < 3; k++) c[k] += w * x[3 * i + k], mean[k] += x[3 * i + k];
-    }
-    for (int k = 0; k < 3; k++) {
-        c[k] = total > 0 ? c[k] / total : mean[k] / n;
-        double shift = c[k] < -5.96046448e-08 ? 1.0 : (c[k] > 1.0000000596046448 ? -1.0 : 0.0);
-        if (shift != 0.0)
-            for (int i = 0; i < n; i++) x[3 * i + k] += shift;
-    }
-    return joined;
-}
-
 // Bit for bit: NaNs from a coordinate out of range included.
 bool same_bits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 
-// Reads a CIF through the pipeline and, when `plain`, checks every stage
-// against the plain scans: the P1 cell, the molecules, each molecule whole.
+// Reads a CIF through the pipeline with the searches and, when `plain`,
+// with the plain scans too, and checks every stage bit for bit: the P1 cell,
+// the molecules, each molecule whole.
 void read_pipeline(const std::string& path, bool plain, int* natoms, int* nmols)
 {
     SCOPED_TRACE(path);
-    FileIO f;
+    FileIO f[2];
+    const int runs = plain ? 2 : 1;
     testing::internal::CaptureStdout();
-    f.read_data_cif(path.c_str(), false);
+    for (int p = 0; p < runs; p++) {
+        f[p].plain_scans = p == 1;
+        f[p].read_data_cif(path.c_str(), false);
+    }
     testing::internal::GetCapturedStdout();
-    std::vector<double> xs, cell;
-    for (size_t i = 0; plain && i < f.cif_atoms.label.size() && !f.symm_ops.empty(); i++)
-        for (auto v : {f.cif_atoms.fract_x[i], f.cif_atoms.fract_y[i], f.cif_atoms.fract_z[i]})
-            xs.push_back(strtod(v.c_str(), nullptr));
-    const int n = *natoms = f.natoms_cif;
-    std::vector<int> counts, order;
-    if (plain) {
-        cell = plain_p1_cell(f.symm_ops, xs);
-        ASSERT_EQ(3 * n, (int)cell.size());
-        for (int k = 0; k < 3 * n; k++) ASSERT_TRUE(same_bits(f.cif_x_s[k], cell[k])) << k;
-        f.cif_radius = new double[n + 1];
-        for (int i = 0; i < n; i++)
-            f.cif_radius[i] = f.cif_atypes[i] < 0 ? 9999.99 : element_radius_nw[f.cif_atypes[i]];
-        plain_molecules(f, counts, order);
-        ASSERT_EQ(f.mol_natoms_list, counts);
-        ASSERT_EQ(f.mol_atom_list, order);
+    *natoms = f[0].natoms_cif;
+    for (int p = 1; p < runs; p++) {
+        ASSERT_EQ(f[p].natoms_cif, f[0].natoms_cif);
+        for (int k = 0; k < 3 * f[0].natoms_cif; k++) ASSERT_TRUE(same_bits(f[p].cif_x_s[k], f[0].cif_x_s[k])) << k;
+        ASSERT_EQ(f[p].mol_natoms_list, f[0].mol_natoms_list);
+        ASSERT_EQ(f[p].mol_atom_list, f[0].mol_atom_list);
     }
-    f.input_kind = 2;
-    f.read_crystal_strcuture_files(false, false);
-    *nmols = f.nmols;
-    for (int m = 0, next = 0; plain && m < f.nmols; next += f.natoms_mol[m++]) {
-        std::vector<int> types;
-        std::vector<double> x;
-        for (int i = next; i < next + f.natoms_mol[m]; i++) {
-            types.push_back(f.cif_atypes[order[i]]);
-            x.insert(x.end(), &cell[3 * order[i]], &cell[3 * order[i]] + 3);
-        }
-        ASSERT_EQ(plain_whole(f, f.natoms_mol[m], types.data(), x.data()), f.natoms_mol[m]);
-        for (size_t k = 0; k < x.size(); k++) ASSERT_TRUE(same_bits(f.x_s_mol[m][k], x[k])) << m << " " << k;
+    for (int p = 0; p < runs; p++) {
+        f[p].input_kind = 2;
+        f[p].read_crystal_strcuture_files(false, false);
     }
+    *nmols = f[0].nmols;
+    for (int p = 1; p < runs; p++)
+        for (int m = 0; m < f[0].nmols; m++)
+            for (int k = 0; k < 3 * f[0].natoms_mol[m]; k++)
+                ASSERT_TRUE(same_bits(f[p].x_s_mol[m][k], f[0].x_s_mol[m][k])) << m << " " << k;
 }
 
 // side^2 operators translating by 1/side along a and b, and side^2 atoms at
@@ -364,8 +265,10 @@ TEST(Separation, SameMoleculesAsThePlainSearch)
         for (int i = 0; i < f.natoms_cif; i++) f.cif_radius[i] = radii[(i * 7 + trial) % 4];
         if (trial == 5) f.cif_radius[3] = 9999.99;
         if (trial == 6) f.cif_x_s[4] = 3.0e6;
-        std::vector<int> counts, order;
-        plain_molecules(f, counts, order);
+        f.plain_scans = true;
+        f.separate_cif_molecules(false);
+        const std::vector<int> counts = f.mol_natoms_list, order = f.mol_atom_list;
+        f.plain_scans = false;
         f.separate_cif_molecules(false);
         EXPECT_EQ(f.mol_natoms_list, counts) << trial;
         EXPECT_EQ(f.mol_atom_list, order) << trial;
@@ -595,15 +498,17 @@ TEST(MakeWhole, LargeRandomMoleculesAsThePlainSearch)
             for (int k = 0; k < 3; k++) x[3 * i + k] -= std::floor(x[3 * i + k]);
         }
         std::vector<double> plain = x;
-        ASSERT_EQ(plain_whole(f, natoms, types.data(), plain.data()), natoms);
+        f.plain_scans = true;
+        f.make_whole_molecule(1, natoms, types.data(), plain.data(), false);
+        f.plain_scans = false;
         f.make_whole_molecule(1, natoms, types.data(), x.data(), false);
         for (size_t k = 0; k < x.size(); k++) ASSERT_EQ(x[k], plain[k]) << natoms << " " << k;
 
-        x[3 * (natoms / 2)] = NAN;  // an atom that bonds to none
-        plain = x;
-        std::string stop = format_string("nat_bonded = %d, natoms = %d",
-                                         plain_whole(f, natoms, types.data(), plain.data()), natoms);
-        EXPECT_EXIT((dup2(2, 1), f.make_whole_molecule(1, natoms, types.data(), x.data(), false)),
-                    testing::ExitedWithCode(1), stop);
+        x[3 * natoms - 3] = NAN;  // the last atom placed bonds to none: both stop one short
+        for (bool p : {true, false}) {
+            f.plain_scans = p;
+            EXPECT_EXIT((dup2(2, 1), f.make_whole_molecule(1, natoms, types.data(), x.data(), false)),
+                        testing::ExitedWithCode(1), format_string("nat_bonded = %d, natoms = %d\n", natoms - 1, natoms));
+        }
     }
 }

@@ -61,6 +61,9 @@ public:
     int v3000_mol = 0;  // molecule the V3000 atom block fills
     int v3000_count = 0;  // atoms its CTAB's COUNTS line announces
     bool debug_print = false;
+    // The plain quadratic scans the overlap, separation and make-whole
+    // searches replaced: the same results bit for bit, kept as their oracle.
+    bool plain_scans = false;
     std::string data_dir = "data";
     std::string crystal_file;
     std::vector<int> mol_natoms_list;

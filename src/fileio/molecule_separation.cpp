@@ -36,12 +36,60 @@ void FileIO::find_bond_atom(int natoms, int* avail, int n_in_mol, int* mol_atoms
                       });
 }
 
+// find_bond_atom repeated until every atom is in a molecule.
+static void separate_plain(FileIO& f, int n)
+{
+    std::vector<int> avail((size_t)n, 1), members((size_t)n);
+    for (int in_mol = 0;;) {
+        int atom, partner;
+        double dist;
+        f.find_bond_atom(n, avail.data(), in_mol, members.data(), &atom, &partner, &dist);
+        if (atom >= 0) {
+            avail[atom] = 0;
+            members[in_mol++] = atom;
+            continue;
+        }
+        if (in_mol == 0) return;
+        f.mol_natoms_list.push_back(in_mol);
+        f.mol_atom_list.insert(f.mol_atom_list.end(), members.begin(), members.begin() + in_mol);
+        in_mol = 0;
+    }
+}
+
 // Same molecules, in the same order and with the same atom order, as
 // repeating find_bond_atom: each step takes the lowest-index free atom
 // bonded to any member, which is the smallest entry of a min-heap holding
 // every free atom bonded to a member. When an atom joins, the atoms still
 // unclaimed around it are tested once and the bonded ones claimed, so
 // nothing but the cell list and the heap is stored, whatever the bonding.
+static void separate_with_grid(FileIO& f, int n)
+{
+    PeriodicGrid grid;
+    build_bond_grid(f, f.cif_x_s, f.cif_radius, n, grid);
+    std::vector<char> claimed((size_t)n, 0);
+    std::vector<int> heap;
+    heap.reserve((size_t)n);
+    for (int first = 0; first < n; first++) {
+        if (claimed[first]) continue;
+        size_t begin = f.mol_atom_list.size();
+        claimed[first] = 1;
+        grid.remove(first);
+        heap_push(heap, first);
+        while (!heap.empty()) {
+            int a = heap_pop(heap);
+            f.mol_atom_list.push_back(a);
+            grid.claim_near(f.cif_x_s + 3 * (size_t)a, [&](int b) {
+                double r;
+                if (!cell_atoms_bonded(f, a, b, grid.reach, &r)) return false;
+                claimed[b] = 1;
+                heap_push(heap, b);
+                return true;
+            });
+        }
+        f.mol_natoms_list.push_back((int)(f.mol_atom_list.size() - begin));
+    }
+}
+
 void FileIO::separate_cif_molecules(bool verbose)
 {
     const int n = natoms_cif > 0 ? natoms_cif : 0;
@@ -52,30 +100,7 @@ void FileIO::separate_cif_molecules(bool verbose)
     mol_natoms_list.clear();
     mol_atom_list.clear();
     mol_atom_list.reserve((size_t)n);
-    PeriodicGrid grid;
-    build_bond_grid(*this, cif_x_s, cif_radius, n, grid);
-    std::vector<char> claimed((size_t)n, 0);
-    std::vector<int> heap;
-    heap.reserve((size_t)n);
-    for (int first = 0; first < n; first++) {
-        if (claimed[first]) continue;
-        size_t begin = mol_atom_list.size();
-        claimed[first] = 1;
-        grid.remove(first);
-        heap_push(heap, first);
-        while (!heap.empty()) {
-            int a = heap_pop(heap);
-            mol_atom_list.push_back(a);
-            grid.claim_near(cif_x_s + 3 * (size_t)a, [&](int b) {
-                double r;
-                if (!cell_atoms_bonded(*this, a, b, grid.reach, &r)) return false;
-                claimed[b] = 1;
-                heap_push(heap, b);
-                return true;
-            });
-        }
-        mol_natoms_list.push_back((int)(mol_atom_list.size() - begin));
-    }
+    plain_scans ? separate_plain(*this, n) : separate_with_grid(*this, n);
     if (verbose) {
         printf("  Unit cell nmols  = %d\n", (int)mol_natoms_list.size());
         printf("  Unit cell natoms =");

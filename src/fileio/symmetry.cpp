@@ -199,6 +199,20 @@ static int flag_overlaps(const double* x_s, int n, std::vector<char>& flagged)
     return nflag;
 }
 
+// The pairwise scan flag_overlaps stands in for.
+static int flag_overlaps_plain(const double* x_s, int n, std::vector<char>& flagged)
+{
+    flagged.assign((size_t)n, 0);
+    int nflag = 0;
+    for (int a = 0; a + 1 < n; a++)
+        for (int b = a + 1; b < n && !flagged[a]; b++)
+            if (!flagged[b] && images_coincide(x_s + 3 * (size_t)a, x_s + 3 * (size_t)b)) {
+                flagged[b] = 1;
+                nflag++;
+            }
+    return nflag;
+}
+
 // Keeps the unflagged images in image order.
 static ImageArrays compact_images(const ImageArrays& img, int n, const std::vector<char>& flagged,
                                   int keep)
@@ -228,10 +242,10 @@ static void delete_image_arrays(ImageArrays& img)
 
 // Drops every image that overlaps an earlier one, with the three warning
 // lines; returns the number of images kept.
-static int remove_overlapped_images(ImageArrays& img, int N)
+static int remove_overlapped_images(ImageArrays& img, int N, bool plain)
 {
     std::vector<char> flagged;
-    int nflag = flag_overlaps(img.x_s, N, flagged);
+    int nflag = plain ? flag_overlaps_plain(img.x_s, N, flagged) : flag_overlaps(img.x_s, N, flagged);
     if (nflag == 0) return N;
     printf("WARNING: Overlapped atoms detected and to be removed\n");
     printf("         Number of overlapped atoms is %d\n", nflag);
@@ -273,7 +287,7 @@ void FileIO::make_spacegroup_P1(int use_fractional)
         apply_operator(R, t, n, cif_atypes, cif_radius, from, (int)o, img);
     }
 
-    int kept = remove_overlapped_images(img, N);
+    int kept = remove_overlapped_images(img, N, plain_scans);
     free_cif_atom_arrays();
     cif_atypes = img.atypes;
     cif_radius = img.radius;

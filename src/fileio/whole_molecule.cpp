@@ -94,6 +94,27 @@ static int join_molecule(FileIO& f, int natoms, const int* atypes, double* x_s)
     return joined;
 }
 
+// find_bond_atom_one repeated from atom 0: the search join_molecule
+// stands in for.
+static int join_molecule_plain(FileIO& f, int natoms, const int* atypes, double* x_s)
+{
+    std::vector<double> radii((size_t)natoms);
+    for (int i = 0; i < natoms; i++)
+        radii[i] = f.find_element_radius_from_index(element_or_dummy(atypes[i]));
+    std::vector<int> avail((size_t)natoms, 1), members((size_t)natoms, 0);
+    avail[0] = 0;
+    int joined = 1, atom = 0, partner;
+    double dist;
+    while (joined < natoms) {
+        f.find_bond_atom_one(natoms, x_s, radii.data(), avail.data(), joined, members.data(), &atom,
+                             &partner, &dist);
+        if (atom < 0) break;
+        avail[atom] = 0;
+        members[joined++] = atom;
+    }
+    return joined;
+}
+
 // Brings the centre of mass of a whole molecule into the cell, one step
 // per component.
 static void centre_in_cell(int mol_number, int natoms, const int* atypes, double* x_s,
@@ -121,7 +142,8 @@ void FileIO::make_whole_molecule(int mol_number, int natoms, int* atypes, double
                                  bool verbose)
 {
     if (natoms <= 0) return;
-    int joined = join_molecule(*this, natoms, atypes, x_s);
+    int joined = plain_scans ? join_molecule_plain(*this, natoms, atypes, x_s)
+                             : join_molecule(*this, natoms, atypes, x_s);
     if (joined < natoms)
         veska_fatal("fileio", 401, 1, stdout,
                     "Not all atoms are bonded in the molecule!\nnat_bonded = %d, natoms = %d\n",
