@@ -448,7 +448,15 @@ TEST(StructurePipeline, CrystalsHostileCellsNumbersAndNearOverlapsAsThePlainScan
         rows += format_string("C%zu C %s %.4f 0.5\n", i, numbers[i].c_str(), 0.0011 * i);
     put_file("numbers.cif", cubic_cif(2000.0, "x,y,z", rows));
     read_pipeline("numbers.cif", true, &natoms, &nmols);
-    EXPECT_EQ(natoms, (int)numbers.size());
+    ASSERT_EQ(natoms, (int)numbers.size());
+    FileIO f;  // each atom its own image, x + 0 wrapped once: as strtod reads it
+    testing::internal::CaptureStdout();
+    f.read_data_cif("numbers.cif", false);
+    testing::internal::GetCapturedStdout();
+    for (int i = 0; i < natoms; i++) {
+        double x = strtod(numbers[i].c_str(), nullptr) + 0.0;
+        ASSERT_TRUE(same_bits(f.cif_x_s[3 * i], x < 0 ? x + 1 : (x >= 1 ? x - 1 : x))) << numbers[i];
+    }
 
     // Many images within a hair of the limit, on the faces, and (x+y+z) left
     // outside [0, 1) by the single wrap.
