@@ -1,8 +1,6 @@
 // The utility unit: text, files and tables, the fatal-error helper, sorting,
 // random numbers, integration and small linear algebra.
 
-#include <pthread.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -146,7 +144,7 @@ static std::vector<int> sort_index(std::vector<Key>& keys, void (*sort)(Key*, in
     return index;
 }
 
-TEST(MmutilSort, IndexPermutationsAndAShallowStack)
+TEST(MmutilSort, IndexPermutations)
 {
     struct Case { std::vector<int> keys, sorted, index; } cases[] = {
         {{2, 1, 2, 0}, {0, 1, 2, 2}, {3, 1, 2, 0}}, {{5, 5, 5, 5}, {5, 5, 5, 5}, {1, 2, 3, 0}},
@@ -162,28 +160,6 @@ TEST(MmutilSort, IndexPermutationsAndAShallowStack)
         EXPECT_EQ(sort_index(moved, quickSort_d), index);
         EXPECT_EQ(moved, keys);  // only the index moves
     }
-    // Sorted and all-equal keys on a 128 KiB stack: a sort that recurses once
-    // per key overflows it. (std::thread cannot choose a stack size.)
-    pthread_attr_t attr;
-    pthread_t thread;
-    bool ok = false;
-    pthread_attr_init(&attr);
-    pthread_attr_setstacksize(&attr, 128 * 1024);
-    auto sort_degenerate_inputs = [](void* result) -> void* {
-        std::vector<int> keys(8000), index(8000), expected(8000);
-        std::iota(expected.begin(), expected.end(), 0);
-        keys = index = expected;
-        bool sorted = sort_index(keys, quickSort_i) == expected && keys == expected;
-        std::fill(keys.begin(), keys.end(), 1);
-        index = sort_index(keys, quickSort_i);
-        std::sort(index.begin(), index.end());  // still a permutation
-        *static_cast<bool*>(result) = sorted && index == expected;
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attr, sort_degenerate_inputs, &ok), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attr);
-    EXPECT_TRUE(ok);
 }
 
 // Expected numbers come from an independent transcription of the generator
