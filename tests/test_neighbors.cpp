@@ -5,33 +5,17 @@
 #include <map>
 
 #include "neighbor_internal.h"
-#include "structure_common.h"
 #include "test_support.h"
 
-using Mol = std::pair<std::vector<int>, std::vector<double>>;  // types, Cartesian Å
 using Rows = std::vector<std::vector<int>>;
 
-// A cubic cell of the given edge (the matrix set exactly, so that whole
-// numbers of ångström stay exact), with its molecules and their centres.
-static void set_cell(Transport& t, double edge, const std::vector<Mol>& mols)
+// A cubic cell of the given edge with its molecules (Cartesian, in Å) and
+// their centres.
+static void set_cell(Transport& t, double edge, std::vector<Mol> mols)
 {
-    for (int k = 0; k < 6; k++) t.cell_latt[k] = k < 3 ? edge : 90;
-    for (int r = 0; r < 3; r++)
-        for (int c = 0; c < 3; c++) t.latt3x3[r][c] = t.latt_vec[r][c] = r == c ? edge : 0;
-    const int n = t.nmols = (int)mols.size();
-    t.natoms_mol = new int[n];
-    t.atypes_mol = new int*[n]();
-    t.x_mol = new double*[n]();
-    t.x_s_mol = new double*[n]();
-    for (int m = 0; m < n; m++) {
-        allocate_molecule(t, m, (int)mols[m].first.size());
-        std::copy(mols[m].first.begin(), mols[m].first.end(), t.atypes_mol[m]);
-        for (size_t k = 0; k < mols[m].second.size(); k++)
-            t.x_s_mol[m][k] = (t.x_mol[m][k] = mols[m].second[k]) / edge;
-    }
-    t.mol_mass = new double[n];
-    t.x_com = new double[3 * n];
-    t.x_s_com = new double[3 * n];
+    for (Mol& m : mols)
+        for (double& x : m.frac) x /= edge;
+    place_molecules(t, {edge, edge, edge, 90, 90, 90}, mols);
     t.post_data_read_treatment();
 }
 

@@ -6,8 +6,6 @@
 
 #include <algorithm>
 
-#include "mmutil.h"
-#include "structure_common.h"
 #include "test_support.h"
 #include "transport.h"
 
@@ -16,22 +14,8 @@
 // molecule 2 (N) none. Unique lists out of walk order.
 static void small_crystal(Transport& t)
 {
-    double cell[6] = {5, 6, 7, 90, 100, 90};
-    t.cell_cell6_to_latt3x3(cell, t.latt3x3);
-    const std::vector<std::vector<double>> mols = {{6, .1, .2, .3, 1, .15, .25, .35}, {7, .6, .55, .4}};
-    t.nmols = t.neighbor_nmols = 2;
-    t.natoms_mol = new int[2]();
-    t.atypes_mol = new int*[2]();
-    t.x_mol = new double*[2]();
-    t.x_s_mol = new double*[2]();
-    for (int m = 0; m < 2; m++) {
-        allocate_molecule(t, m, (int)mols[m].size() / 4);
-        for (int a = 0; a < t.natoms_mol[m]; a++) {
-            t.atypes_mol[m][a] = (int)mols[m][4 * a];
-            std::copy(&mols[m][4 * a + 1], &mols[m][4 * a + 4], &t.x_s_mol[m][3 * a]);
-            mat_vec_mul(t.latt3x3, &t.x_s_mol[m][3 * a], &t.x_mol[m][3 * a]);
-        }
-    }
+    place_molecules(t, {5, 6, 7, 90, 100, 90}, {{{6, 1}, {.1, .2, .3, .15, .25, .35}}, {{7}, {.6, .55, .4}}});
+    t.neighbor_nmols = 2;
     t.nnei = new int[2]{3, 0};
     t.nei_mol = new int*[2]{new int[3]{1, 0, 1}, new int[1]};
     t.nei_cell[0] = new int*[2]{new int[3]{0, 1, 0}, new int[1]};
@@ -117,7 +101,7 @@ TEST_F(QcJobs, EmptyCellOrbitalIndexFilesAndNeighboursUniqueIds)
               "3\n3\n" "6\n3\n" "2\n2\n-1\n");
     EXPECT_FALSE(fs::exists("data/H_adj.inp"));
     t.prin_moment = new double*[2]{new double[3]{1, 2, 3}, new double[3]{4, 5, 6}};
-    t.mol_mass = new double[2]{13.0, 14.0};
+    t.mol_mass[0] = 13.0, t.mol_mass[1] = 14.0;
     t.hl_mol_index = new int[2]{1, 2};
     t.nei_unique_id = new int*[2]{new int[3](), new int[1]()};
     t.mol_id_indexes_allocated = true;

@@ -18,6 +18,8 @@
 #include <string>
 
 #include "mmutil.h"
+#include "structure_common.h"
+#include "transport.h"
 
 namespace fs = std::filesystem;
 
@@ -134,6 +136,38 @@ inline std::string cubic_cif(double edge, const std::string& ops, const std::str
                          edge, edge, edge) +
            "loop_\n_symmetry_equiv_pos_as_xyz\n" + ops + "\nloop_\n_atom_site_label\n" +
            "_atom_site_type_symbol\n_atom_site_fract_x\n_atom_site_fract_y\n_atom_site_fract_z\n" + rows;
+}
+
+// Element numbers, then fractional coordinates, three per atom.
+struct Mol {
+    std::vector<int> types;
+    std::vector<double> frac;
+};
+
+// A workspace holding `mols` in the cell `cell6`, their centres still to be
+// found; a rectangular cell's matrix is set exactly, so that whole numbers
+// of angstrom stay whole.
+inline void place_molecules(Transport& t, const std::vector<double>& cell6, const std::vector<Mol>& mols)
+{
+    std::copy(cell6.begin(), cell6.end(), t.cell_latt);
+    t.cell_cell6_to_latt3x3(t.cell_latt, t.latt3x3);
+    if (cell6[3] == 90 && cell6[4] == 90 && cell6[5] == 90)
+        for (int r = 0; r < 3; r++)
+            for (int c = 0; c < 3; c++) t.latt3x3[r][c] = t.latt_vec[r][c] = r == c ? cell6[r] : 0;
+    const int n = t.nmols = (int)mols.size();
+    t.natoms_mol = new int[n]();
+    t.atypes_mol = new int*[n]();
+    t.x_mol = new double*[n]();
+    t.x_s_mol = new double*[n]();
+    for (int m = 0; m < n; m++) {
+        allocate_molecule(t, m, (int)mols[m].types.size());
+        std::copy(mols[m].types.begin(), mols[m].types.end(), t.atypes_mol[m]);
+        std::copy(mols[m].frac.begin(), mols[m].frac.end(), t.x_s_mol[m]);
+        for (int a = 0; a < t.natoms_mol[m]; a++) mat_vec_mul(t.latt3x3, &t.x_s_mol[m][3 * a], &t.x_mol[m][3 * a]);
+    }
+    t.mol_mass = new double[n]();
+    t.x_com = new double[3 * n]();
+    t.x_s_com = new double[3 * n]();
 }
 
 // C, H and Cl: one- and two-letter symbols; -12.34567 rounds at four decimals.

@@ -40,18 +40,9 @@ TEST(TransportKeys, MapBothWaysAndStopBeyondTheLastMolecule)
 // Methane and a lone hydrogen in a cubic 10 Å cell.
 static void two_molecules(Transport& t)
 {
-    double cell[6] = {10, 10, 10, 90, 90, 90};
-    t.cell_cell6_to_latt3x3(cell, t.latt3x3);
-    t.nmols = 2;
-    t.natoms_mol = new int[2]{5, 1};
-    t.atypes_mol = new int*[2]{new int[5]{6, 1, 1, 1, 1}, new int[1]{1}};
-    t.x_s_mol = new double*[2]{new double[15]{0.1, 0.1, 0.1, 0.2, 0.1, 0.1, 0.0, 0.1, 0.1,
-                                              0.1, 0.2, 0.1, 0.1, 0.0, 0.1},
-                               new double[3]{0.5, 0.5, 0.5}};
-    t.x_mol = new double*[2]{new double[15](), new double[3]()};
-    t.mol_mass = new double[2]();
-    t.x_com = new double[6]();
-    t.x_s_com = new double[6]();
+    place_molecules(t, {10, 10, 10, 90, 90, 90},
+                    {{{6, 1, 1, 1, 1}, {0.1, 0.1, 0.1, 0.2, 0.1, 0.1, 0.0, 0.1, 0.1, 0.1, 0.2, 0.1, 0.1, 0.0, 0.1}},
+                     {{1}, {0.5, 0.5, 0.5}}});
     t.mol_id = new int[2]{1, 2};
 }
 
