@@ -102,22 +102,10 @@ std::string written(VeskaInp& v, Writer w, int kind, std::vector<std::string> fi
 
 TEST(VeskaInpReader, GrammarKeysAndChecksAfterReading)
 {
+    // Blocks, comments, quotes, tabs, CR LF, aliases, key case, repeated and
+    // partial values, one 5000-character value: data/inputs/veska_grammar.inp.
     const std::string long_text(5000, 'n');
-    auto v = read_inp("temp = 111\n"  // outside the blocks: ignored
-                      "&qc_inp_append\n%chk=a\n / kept\n/ ends\n"
-                      "&TRANSPORT ! a blank before the comment: not a header\nnsimu = 1\n/\n"
-                      "&transport!header\n"
-                      "  QC_Method = 'b3lyp' ! functional\n"
-                      "  mater_name = \"my 'mat'\"   # note\n"
-                      "  ! nsimu = 5\n  # nsimu = 6\n  no equals sign here\n"
-                      "\tqueue_name\t=\tlong # q ! r\r\n"
-                      "super-cell = 2 2 1\nnei_scell = 4 5\nmodule_gaussian = g16\ngaussian_ppn = 16\n"
-                      "memory = 100\nsched_type = lsf\nnodelist = alpha,beta\nmodule_mpich2 = " + long_text +
-                      "\nsched_job_array = 0\nvector_b = 1 2 3.5\nhomo_adjustment = 1 -2\nhomo_adjustment = 3\n"
-                      "lat_site_energy = 1\nscratch = '/scr'\nratetype = marcus\nHL_unique_mol = 0\n"
-                      "molecule = 2 a.mol b.mol c.mol\n/\n"
-                      "&transport\ntsimu = 5.5e2\n/\nnsimu = 7\n"
-                      "&Gaussian.Append\npop=full\r\nlast line without end");
+    auto v = read_inp(read_text_file(data_file("inputs/veska_grammar.inp")));
     EXPECT_EQ(v->qc_inp_append, "%chk=a\n / kept\npop=full\r\nlast line without end");
     EXPECT_EQ(v->qc_method + v->mater_name + v->queue_name, "b3lypmy matlong");
     EXPECT_EQ(v->nsimu, 2000);
