@@ -144,10 +144,7 @@ TEST(VeskaInpReader, EnvironmentAndTheOldLineGrammar)
     setenv("VESKA_JOB_QUEUE", "envq", 1);
     setenv("VESKA_QC_PPN", "12", 1);
     put_file("veska.inp", "&transport\nqc_ppn = 4\n/\n");
-    put_file("config.inp", "# comment\n   ! comment\ndo_prepare 0\ndo_HL  0 ! off\n"
-                           "temp\t350\n"  // a tab does not separate: ignored
-                           "tsimu 12.5\nmater_name \"a 'b'\"\nQC_EXE\t g16\nbasis_name 6-31g\n"
-                           "latt_site_energy 1\nmolecule 1 m.mol\n\nnoblank\n");
+    put_file("config.inp", read_text_file(data_file("inputs/config_grammar.inp")));
     VeskaInp v, c;
     v.read_veska_inp("veska.inp", false);
     testing::internal::CaptureStdout();
