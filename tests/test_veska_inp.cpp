@@ -127,12 +127,10 @@ TEST(VeskaInpReader, GrammarKeysAndChecksAfterReading)
 
     // Keys whose effect depends on order and case.
     auto a = read_inp("&transport\nqc_basis_re = def2-svp\nqc_basis = 6-31g\n/\n");
-    auto b = read_inp("&transport\nbasis_name = 6-31g\nbasis_name_re = def2-svp\n/\n");
-    EXPECT_EQ(a->qc_basis + " " + a->qc_basis_re + " " + b->qc_basis + " " + b->qc_basis_re, "6-31g 6-31g 6-31g def2-svp");
+    EXPECT_EQ(a->qc_basis + " " + a->qc_basis_re, "6-31g 6-31g");
     EXPECT_EQ(read_inp("&transport\nqc_exe = /opt/orca/orca\ncompute_engine = 2\n/\n")->qc_exe, "fullpath/orca");
-    auto w = read_inp("&transport\nsched_type = LSF\nnodelist = a,b\nRE_unique_mol = 0\nveska_dat_file = r.dat\n/\n");
+    auto w = read_inp("&transport\nsched_type = LSF\nnodelist = a,b\nveska_dat_file = r.dat\n/\n");
     EXPECT_EQ(w->nodelist + " " + w->veska_dat_file, "a,b r.dat");
-    EXPECT_FALSE(w->unique_RE_calc_flag);
 }
 
 // The environment lies between the defaults and the file (veska.inp only).
@@ -217,7 +215,6 @@ TEST(VeskaInpReader, WriteThenReadRoundTrip)
     in.read_veska_inp("first.inp", false);
     ASSERT_TRUE(in.write_veska_inp("second.inp", false, false));
     EXPECT_EQ(read_text_file("second.inp"), read_text_file("first.inp"));
-    EXPECT_FALSE(in.unique_2mol_calc_flag);
     // The starting layouts read back too (the old one with its own reader).
     v.read_veska_inp("verbose.inp", false);
     c.read_config_inp("config.inp", false);
@@ -231,8 +228,8 @@ TEST(VeskaInpReader, WriteThenReadRoundTrip)
 }
 
 // The layouts as the command writes them are checked by the command test;
-// here what it cannot reach: other input kinds, modules in the old layout,
-// number notation and the full state with its adjustment lists.
+// here what it cannot reach: modules in the old layout, number notation and
+// the full state with its input kinds and adjustment lists.
 TEST(ConfigWriters, LayoutVariantsAndFullState)
 {
     Transport f, v;
@@ -253,7 +250,6 @@ TEST(ConfigWriters, LayoutVariantsAndFullState)
     EXPECT_EQ(written(f, nullptr, 0, {}, true), insert_before(crystal, "  # Temperature Dependence", module));
 
     v.set_varables_default();
-    EXPECT_EQ(written(v, terse, 3), edit(golden("terse.inp"), {{crystal_default, ""}}));
     v.set_environment_module_gau_flag(true);
     v.module_qc = "g16/c01";
     EXPECT_EQ(written(v, old, 1, {"z.mol"}),
