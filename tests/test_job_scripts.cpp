@@ -119,7 +119,6 @@ TEST_F(JobScriptDir, NamesAnnouncementsAndFailures)
         (js.*writer)("HL-1", 1, 8, "in", "t", "RUN/m");
         EXPECT_EQ(testing::internal::GetCapturedStdout(), "Writing gaussian job " + label + " script jobs/HL-1.pbs ...\n");
     }
-    EXPECT_EQ(read_text_file("jobs/HL-1.pbs").substr(0, 10), "#!/bin/sh\n");
 
     js.job_sched_type = 4;
     EXPECT_EXIT((dup2(2, 1), js.write_gaussian_HL_job("HL-1", 1, 8, "in", "t", "RUN/m")), testing::ExitedWithCode(255),
