@@ -29,12 +29,6 @@ TEST(TransportKeys, MapBothWaysAndStopBeyondTheLastMolecule)
             EXPECT_EQ(t.neighbor_map_key_1d_to_uc_id(c.key), c.i);
         }
     }
-    Transport t;
-    EXPECT_EQ(t.check_if_key_in_keylist(1), 0);
-    t.unique_pair_list = new int[3]{1, 4, 9};
-    t.unique_pair_count = 3;
-    t.pair_data_built = true;
-    EXPECT_EQ(t.check_if_key_in_keylist(4) * 10 + t.check_if_key_in_keylist(5), 10);
 }
 
 // Methane and a lone hydrogen in a cubic 10 Å cell.
