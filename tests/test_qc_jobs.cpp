@@ -74,7 +74,6 @@ TEST_F(QcJobs, GoldenPerEngineAndFamily)
         EXPECT_EQ(hl, golden("qc_jobs_" + e.name + "_hl.txt"));
         EXPECT_EQ(re, golden("qc_jobs_" + e.name + "_re.txt"));
     }
-    EXPECT_EQ(run(kPython + " -m py_compile $(find . -path '*/scr/*.py')"), 0);
 }
 
 TEST_F(QcJobs, EmptyCellOrbitalIndexFilesAndNeighboursUniqueIds)

@@ -52,7 +52,6 @@ TEST(TransportWorkspace, PostReadTreatmentAndItsStops)
         t.post_data_read_treatment();
         EXPECT_EQ(t.nsnap, c.nsnap);
         EXPECT_EQ(t.homo_index[0] * 10 + t.homo_index[1], 50);  // one electron rounds down
-        EXPECT_EQ(t.job_sched_type, 1);
         EXPECT_NEAR(t.mol_mass[1], 1.008, 0.01);
         EXPECT_NEAR(t.x_s_com[0], (12.011 * 0.1 + 1.008 * 0.4) / (12.011 + 4 * 1.008), 1e-3);
         EXPECT_NEAR(t.x_com[3], 5.0, 1e-9);

