@@ -31,9 +31,12 @@ struct Flake {
     int size() const { return (int)types.size(); }
 };
 
+// Second argument 1: the plain scan the search replaced (find_bond_atom_one
+// from the first atom).
 void BM_MakeWhole(benchmark::State& state)
 {
     Flake flake((int)state.range(0));
+    flake.f.plain_scans = state.range(1) == 1;
     std::vector<double> x;
     for (auto _ : state) {
         x = flake.xs;
@@ -42,22 +45,7 @@ void BM_MakeWhole(benchmark::State& state)
     }
     state.counters["atoms"] = flake.size();
 }
-BENCHMARK(BM_MakeWhole)->Arg(200)->Arg(400)->Arg(800)->Arg(1600)->Unit(benchmark::kMicrosecond);
-
-// The plain scan the search replaced: find_bond_atom_one from the first atom.
-void BM_MakeWholePlainSteps(benchmark::State& state)
-{
-    Flake flake((int)state.range(0));
-    flake.f.plain_scans = true;
-    std::vector<double> x;
-    for (auto _ : state) {
-        x = flake.xs;
-        flake.f.make_whole_molecule(1, flake.size(), flake.types.data(), x.data(), false);
-        benchmark::DoNotOptimize(x.data());
-    }
-    state.counters["atoms"] = flake.size();
-}
-BENCHMARK(BM_MakeWholePlainSteps)->Arg(200)->Arg(400)->Arg(800)->Arg(1600)
+BENCHMARK(BM_MakeWhole)->ArgsProduct({{200, 400, 800, 1600}, {0, 1}})->ArgNames({"atoms", "plain"})
     ->Unit(benchmark::kMicrosecond);
 
 // Argument 0: carbon in a 0.5 Å cell; 1: an unknown element in a 10 Å cell.
