@@ -195,8 +195,11 @@ void print_summary(Transport& t, const Options& o, const timespec& start)
     printf("  neighbour pairs    %d\n", pairs);
     printf("  unique pairs       %d\n", t.unique_pair_count);
     printf("  files written     ");
-    for (const std::string& d : run_directories(t))
-        printf(" %s/ %d,", d.c_str(), files_written_since(d, start));
+    const char* separator = " ";
+    for (const std::string& d : run_directories(t)) {
+        printf("%s%s/ %d", separator, d.c_str(), files_written_since(d, start));
+        separator = ", ";
+    }
     printf("\n");
     warn_disorder(t);
     print_next_steps(t);
