@@ -1,7 +1,6 @@
 // The utility unit: text, files and tables, the fatal-error helper, sorting,
 // random numbers, integration and small linear algebra.
 
-#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <numeric>
