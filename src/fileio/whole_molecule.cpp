@@ -59,6 +59,15 @@ static void mass_centre(int natoms, const int* atypes, const double* x_s, double
     for (int k = 0; k < 3; k++) c[k] = total > 0.0 ? c[k] / total : plain[k] / natoms;
 }
 
+// The covalent radius of each atom, a dummy's for an unknown element.
+static std::vector<double> bond_radii(FileIO& f, int natoms, const int* atypes)
+{
+    std::vector<double> radii((size_t)natoms);
+    for (int i = 0; i < natoms; i++)
+        radii[i] = f.find_element_radius_from_index(element_or_dummy(atypes[i]));
+    return radii;
+}
+
 // Joins atoms to atom 0 by bonds, moving each to the image next to its
 // partner; returns how many joined. Same joins, partners and moves as
 // repeating find_bond_atom_one: the next atom is the lowest-index free atom
@@ -67,9 +76,7 @@ static void mass_centre(int natoms, const int* atypes, const double* x_s, double
 // when it joins, and the first member to find an atom is its partner.
 static int join_molecule(FileIO& f, int natoms, const int* atypes, double* x_s)
 {
-    std::vector<double> radii((size_t)natoms);
-    for (int i = 0; i < natoms; i++)
-        radii[i] = f.find_element_radius_from_index(element_or_dummy(atypes[i]));
+    std::vector<double> radii = bond_radii(f, natoms, atypes);
     PeriodicGrid grid;
     build_bond_grid(f, x_s, radii.data(), natoms, grid);
     std::vector<int> partner((size_t)natoms, -1), heap;
@@ -98,9 +105,7 @@ static int join_molecule(FileIO& f, int natoms, const int* atypes, double* x_s)
 // stands in for.
 static int join_molecule_plain(FileIO& f, int natoms, const int* atypes, double* x_s)
 {
-    std::vector<double> radii((size_t)natoms);
-    for (int i = 0; i < natoms; i++)
-        radii[i] = f.find_element_radius_from_index(element_or_dummy(atypes[i]));
+    std::vector<double> radii = bond_radii(f, natoms, atypes);
     std::vector<int> avail((size_t)natoms, 1), members((size_t)natoms, 0);
     avail[0] = 0;
     int joined = 1, atom = 0, partner;
